@@ -1,0 +1,15 @@
+# corvane_sources(OUT DIR...): every C++ source below the given folders, less those of the other operating system,
+# which live in folders named posix/ and win32/.
+function(corvane_sources out)
+  set(patterns "")
+  foreach(dir IN LISTS ARGN)
+    list(APPEND patterns "${dir}/*.cpp")
+  endforeach()
+  file(GLOB_RECURSE found CONFIGURE_DEPENDS ${patterns})
+  if(WIN32)
+    list(FILTER found EXCLUDE REGEX "/posix/")
+  else()
+    list(FILTER found EXCLUDE REGEX "/win32/")
+  endif()
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()
