@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# build.sh PRESET [TARGET...]: sets up, configures and builds; the module and its engine when no target is named.
+set -euo pipefail
+source "$(dirname "$0")/common.sh"
+
+preset=${1:?usage: build.sh PRESET [TARGET...]}
+shift
+
+case $preset in
+  win-x64)
+    bash "$root/scripts/setup.sh" windows
+    defaults=(corvane_meeting_sdk)
+    ;;
+  *)
+    bash "$root/scripts/setup.sh" build
+    defaults=(corvane_meeting_sdk corvane_engine)
+    ;;
+esac
+(($#)) || set -- "${defaults[@]}"
+
+cd "$root"
+mkdir -p "build/$preset"
+log=build/$preset/configure.log
+cmake --preset "$preset" >"$log" 2>&1 || {
+  cat "$log" >&2
+  die "configuring $preset failed"
+}
+cmake --build "build/$preset" --target "$@"
