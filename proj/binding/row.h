@@ -1,0 +1,132 @@
+// The one shape of a wrapped method. A plain method is a Row in a table; the dispatcher walks every row alike:
+// entry line, engine test, argument tests, sub-manager, conversion, engine call, exit line, result.
+#pragma once
+
+#include <napi.h>
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "binding/reader.h"
+#include "log/log.h"
+
+namespace corvane {
+
+class Call;
+
+inline constexpr size_t kMaxArguments = 6;
+
+/// One wrapped method as data.
+struct Row {
+  using Run = void (*)(Call& call);
+
+  const char* name = nullptr;
+  /// Converts the arguments, calls the engine and sets the call's result.
+  Run run = nullptr;
+  int32_t line = 0;  ///< printed behind the name in every line of the method
+  std::array<Kind, kMaxArguments> kinds{};
+  uint8_t argument_count = 0;
+
+  /// A bare method tests, logs and answers by itself; of the fields below none is used.
+  bool bare = false;
+  /// Arguments are tested before the owner (the engine, the room, the player).
+  bool arguments_first = false;
+
+  const char* entry = "+%s(%d)";
+  const char* exit = "-%s(%d), ret: %d";
+  /// The exit line takes 64 bits (%lld).
+  bool exit_is_wide = false;
+  /// The exit line goes on with the converted arguments; the row's run writes it.
+  bool exit_has_arguments = false;
+  /// Written after the conversion, with the converted arguments; null writes nothing.
+  const char* said = nullptr;
+
+  /// Written when an argument has the wrong type: one line for all, or one per argument.
+  std::array<const char*, kMaxArguments> refusals{};
+  int32_t refusal_level = kLogInfo;
+};
+
+/// One JavaScript call of a wrapped method: its arguments going in, its result coming out.
+class Call {
+ public:
+  Call(napi_env call_env, const Row& called, void* native) : env(call_env), row(called), wrapper(native) {}
+
+  napi_env env;
+  const Row& row;
+  /// The native object behind `this`.
+  void* wrapper;
+  /// The engine object that the class's methods address (its owner); null in bare rows.
+  void* owner = nullptr;
+  napi_value receiver = nullptr;
+  size_t argument_count = 0;
+  std::array<napi_value, kMaxArguments> arguments{};
+
+  /// The engine's result; becomes the exit line's number, and the JavaScript result unless `answer` is set.
+  int64_t result = -1;
+  napi_value answer = nullptr;
+  bool exit_written = false;
+
+  /// An argument; one that was not passed reads as undefined.
+  napi_value operator[](size_t index) const { return arguments[index]; }
+  bool is(size_t index, Kind kind) const { return isKind(env, arguments[index], kind); }
+
+  /// Writes a line of this method: format, then its name and source line, then `values`.
+  template <class... Values>
+  void say(int32_t level, const char* format, Values... values) const {
+    LogWriteRow(level, format, row.name, row.line, values...);
+  }
+};
+
+/// Finds the owner of a class's methods, or logs why there is none and returns null.
+using FindOwner = void* (*)(const Call& call);
+
+/// Walks one row. Never throws on purpose; a pending exception is one that the host's conversions left.
+napi_value dispatch(Call& call, FindOwner find_owner);
+
+/// The native callback of every method of the class `T`, whose rows are the callbacks' data.
+template <class T>
+napi_value invoke(napi_env env, napi_callback_info info) {
+  void* data = nullptr;
+  napi_value receiver = nullptr;
+  size_t count = kMaxArguments;
+  std::array<napi_value, kMaxArguments> arguments{};
+  if (napi_get_cb_info(env, info, &count, arguments.data(), &receiver, &data) != napi_ok) return nullptr;
+  void* wrapper = nullptr;
+  if (napi_unwrap(env, receiver, &wrapper) != napi_ok || wrapper == nullptr) {
+    napi_throw_type_error(env, nullptr, "Illegal invocation");
+    return nullptr;
+  }
+  Call call(env, *static_cast<const Row*>(data), wrapper);
+  call.receiver = receiver;
+  call.argument_count = count;
+  call.arguments = arguments;
+  return dispatch(call, &T::findOwner);
+}
+
+/// Defines a JavaScript class `T` whose prototype carries `names` in order, each bound to its row in one of `tables`.
+/// A name without a row answers that the method is not available yet.
+template <class T>
+Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<const char* const> names,
+                           std::span<const std::span<const Row>> tables);
+
+/// The row named `name`, made on first use for a name that no table has.
+const Row& rowNamed(const char* name, std::span<const std::span<const Row>> tables);
+
+template <class T>
+Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<const char* const> names,
+                           std::span<const std::span<const Row>> tables) {
+  std::vector<Napi::ClassPropertyDescriptor<T>> methods;
+  methods.reserve(names.size());
+  for (const char* name : names) {
+    napi_property_descriptor method{};
+    method.utf8name = name;
+    method.method = &invoke<T>;
+    method.attributes = napi_default;
+    method.data = const_cast<Row*>(&rowNamed(name, tables));  // NOLINT: the host hands it back untouched
+    methods.emplace_back(method);
+  }
+  return T::DefineClass(env, class_name, methods);
+}
+
+}  // namespace corvane

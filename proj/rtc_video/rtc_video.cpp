@@ -1,0 +1,179 @@
+#include "rtc_video/rtc_video.h"
+
+#include <algorithm>
+#include <iostream>
+#include <mutex>
+#include <vector>
+
+#include "corvane_rtc/entry_points.h"
+#include "corvane_rtc/ktv.h"
+#include "log/log.h"
+#include "platform/platform.h"
+#include "rtc_video/method_names.h"
+#include "rtc_video/tables.h"
+#include "video/transporter.h"
+
+namespace corvane {
+namespace {
+
+// Every object that exists, oldest first. The engine library knows one engine at a time and ends it for all.
+class Instances {
+ public:
+  void add(KavRTCVideo* video) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    videos_.push_back(video);
+  }
+  void remove(KavRTCVideo* video) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    std::erase(videos_, video);
+  }
+  KavRTCVideo* newest() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return videos_.empty() ? nullptr : videos_.back();
+  }
+  // The engine is gone: nobody may call it any more.
+  void forgetEngine() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (KavRTCVideo* video : videos_) video->m_pRtcVideo = nullptr;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<KavRTCVideo*> videos_;
+};
+
+Instances& instances() {
+  static auto* const all = new Instances;  // environments end at any time, also at the process's end
+  return *all;
+}
+
+// The class stays alive for the life of the process; each environment that loads the module leaves its own.
+void keepConstructor(const Napi::Function& constructor) {
+  static Napi::FunctionReference* kept = nullptr;
+  kept = new Napi::FunctionReference(Napi::Persistent(constructor));
+  kept->SuppressDestruct();
+}
+
+}  // namespace
+
+Napi::Function KavRTCVideo::define(Napi::Env env) {
+  Napi::Function constructor = defineClass<KavRTCVideo>(env, "KavRTCVideo", kVideoMethodNames, videoTables());
+  keepConstructor(constructor);
+  return constructor;
+}
+
+void* KavRTCVideo::findOwner(const Call& call) {
+  rtc::IRTCVideo* engine = videoOf(call).m_pRtcVideo;
+  if (engine == nullptr) call.say(kLogInfo, "%s(%d), pRtcVideo is nullptr");
+  return engine;
+}
+
+KavRTCVideo* KavRTCVideo::getInstance() {
+  return instances().newest();
+}
+
+KavRTCVideo::KavRTCVideo(const Napi::CallbackInfo& info) : Napi::ObjectWrap<KavRTCVideo>(info) {
+  instances().add(this);
+  // The newest object's handler counts, and it has none yet.
+  KavRTCTransporter::instance().setEventHandler(nullptr);
+  std::cout << "KavRTCVideo constructor: " << static_cast<void*>(this) << std::endl;
+}
+
+KavRTCVideo::~KavRTCVideo() {
+  const bool needs_teardown = m_pRtcVideo != nullptr;
+  if (needs_teardown) destroyRTCVideo();
+  std::cout << "KavRTCVideo destructure: " << static_cast<void*>(this) << " isDestroyRTCVideo:" << needs_teardown
+            << std::endl;
+  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(nullptr);
+  instances().remove(this);
+  transcoding_observer_.reset();
+  observer_.reset();
+  event_handler_.reset();
+}
+
+int32_t KavRTCVideo::createRTCVideo(const Call& call) {
+  Reader reader(call.env);
+  Text app_id;
+  Text parameters;
+  reader.text(call[0], app_id);
+  reader.text(call[2], parameters);
+  call.say(kLogInfo, "%s(%d), appId:%s, params: %s", app_id.c_str(), parameters.c_str());
+  createHandlers();
+
+  m_pRtcVideo = rtc::createRTCVideo(app_id.c_str(), event_handler_.get(), parameters.c_str());
+  if (m_pRtcVideo == nullptr) {
+    call.say(kLogInfo, "%s(%d), CreateKavRTCVideo failed.");
+    return -1;
+  }
+  m_pRtcVideo->registerAudioFrameObserver(observer_.get());
+  registerKtvHandlers(call);
+  return 0;
+}
+
+void KavRTCVideo::createHandlers() {
+  if (event_handler_ == nullptr) {
+    event_handler_ = std::make_unique<KavRTCVideoEventHandler>();
+    LogWrite(kLogInfo, "KavRTCVideoEventHandler constructor");
+  }
+  if (transcoding_observer_ == nullptr) {
+    transcoding_observer_ = std::make_unique<KavRTCTranscodingObserver>();
+    LogWrite(kLogInfo, "KavRTCTranscodingObserver constructor");
+  }
+  if (observer_ == nullptr) {
+    observer_ = std::make_unique<KavRTCObserver>();
+    LogWrite(kLogInfo, "KavRTCObserver constructor");
+  }
+  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(event_handler_.get());
+}
+
+void KavRTCVideo::registerKtvHandlers(const Call& call) {
+  rtc::IKTVManager* manager = m_pRtcVideo->getKTVManager();
+  if (manager == nullptr) {
+    call.say(kLogWarning, "%s(%d), iKTVManagerPtr is nullptr");
+    return;
+  }
+  manager->setEventHandler(observer_.get());
+  rtc::IKTVPlayer* player = manager->getKTVPlayer();
+  if (player == nullptr) {
+    call.say(kLogWarning, "%s(%d), iKTVPlayerPtr is nullptr");
+    return;
+  }
+  player->setEventHandler(observer_.get());
+}
+
+int32_t KavRTCVideo::destroyRTCVideo() {
+  static constexpr char kName[] = "destroyRTCVideo";
+  LogWrite(kLogInfo, "%s(%d), ", kName, __LINE__);
+  std::cout << kName << std::endl;
+  if (m_pRtcVideo == nullptr) return -1;
+
+  rtc::destroyRTCVideo();
+  clearSinks();
+  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(nullptr);
+  transcoding_observer_.reset();
+  event_handler_.reset();
+  observer_.reset();
+  instances().forgetEngine();
+  LogWrite(kLogInfo, "%s(%d), ", kName, __LINE__);
+  CloseDstFile();
+  return 0;
+}
+
+namespace {
+
+template <class Sinks>
+void clearSinkList(const char* name, Sinks& sinks) {
+  LogWrite(kLogInfo, "+%s(%d)", name, __LINE__);
+  sinks.clear();
+  LogWrite(kLogInfo, "-%s(%d), size: %d", name, __LINE__, static_cast<int>(sinks.size()));
+}
+
+}  // namespace
+
+void KavRTCVideo::clearSinks() {
+  clearSinkList("clearPublicSink", public_sinks_);
+  clearSinkList("clearLocalSink", local_sinks_);
+  clearSinkList("clearRemoteSink", remote_sinks_);
+}
+
+}  // namespace corvane

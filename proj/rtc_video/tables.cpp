@@ -1,0 +1,16 @@
+#include "rtc_video/tables.h"
+
+#include <array>
+
+namespace corvane {
+
+std::span<const std::span<const Row>> videoTables() {
+  static const std::array tables{
+      lifecycleRows(),
+      sinkRows(),
+      captureRows(),
+  };
+  return tables;
+}
+
+}  // namespace corvane

@@ -1,0 +1,17 @@
+// The tables of KavRTCVideo's methods, one for each family.
+#pragma once
+
+#include <span>
+
+#include "binding/row.h"
+
+namespace corvane {
+
+std::span<const Row> lifecycleRows();
+std::span<const Row> sinkRows();
+std::span<const Row> captureRows();
+
+/// All of them.
+std::span<const std::span<const Row>> videoTables();
+
+}  // namespace corvane
