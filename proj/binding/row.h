@@ -17,6 +17,14 @@ class Call;
 
 inline constexpr size_t kMaxArguments = 6;
 
+/// What a call answers unless its row's run sets something else.
+enum class Answer : uint8_t {
+  kNumber,  ///< the result
+  kText,    ///< ""
+  kList,    ///< an empty array
+  kObject,  ///< an object without properties
+};
+
 /// One wrapped method as data.
 struct Row {
   using Run = void (*)(Call& call);
@@ -32,6 +40,8 @@ struct Row {
   bool bare = false;
   /// Arguments are tested before the owner (the engine, the room, the player).
   bool arguments_first = false;
+  /// Finds the sub-manager before the arguments are tested, or logs why there is none and returns null.
+  void* (*fetch)(Call& call) = nullptr;
 
   const char* entry = "+%s(%d)";
   const char* exit = "-%s(%d), ret: %d";
@@ -39,10 +49,17 @@ struct Row {
   bool exit_is_wide = false;
   /// The exit line goes on with the converted arguments; the row's run writes it.
   bool exit_has_arguments = false;
+  /// Writes such an exit line for a call whose arguments were never converted: 0, false and "" stand for them.
+  void (*exit_unread)(const Call& call) = nullptr;
   /// Written after the conversion, with the converted arguments; null writes nothing.
   const char* said = nullptr;
 
-  /// Written when an argument has the wrong type: one line for all, or one per argument.
+  Answer answer = Answer::kNumber;
+
+  /// Written behind the class's own line when the owner is missing; null writes nothing.
+  const char* owner_missing = nullptr;
+  /// Written when an argument has the wrong type: one line for all, or one per argument. A line may go on with %d for
+  /// the host's type numbers of the arguments.
   std::array<const char*, kMaxArguments> refusals{};
   int32_t refusal_level = kLogInfo;
 };
@@ -58,6 +75,8 @@ class Call {
   void* wrapper;
   /// The engine object that the class's methods address (its owner); null in bare rows.
   void* owner = nullptr;
+  /// What the row's fetch found.
+  void* fetched = nullptr;
   napi_value receiver = nullptr;
   size_t argument_count = 0;
   std::array<napi_value, kMaxArguments> arguments{};
@@ -109,6 +128,9 @@ napi_value invoke(napi_env env, napi_callback_info info) {
 template <class T>
 Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<const char* const> names,
                            std::span<const std::span<const Row>> tables);
+
+/// Keeps the class alive for the life of the process. Each environment that loads the module leaves its own.
+void keepConstructor(const Napi::Function& constructor);
 
 /// The row named `name`, made on first use for a name that no table has.
 const Row& rowNamed(const char* name, std::span<const std::span<const Row>> tables);

@@ -18,6 +18,11 @@ Owner* find(Call& call);
 
 namespace detail {
 
+template <class Owner>
+void* fetch(Call& call) {
+  return find<Owner>(call);
+}
+
 template <class T>
 using Plain = std::remove_cvref_t<T>;
 
@@ -52,15 +57,20 @@ struct Trampoline<Operation> {
   static constexpr bool kIsWide = std::is_same_v<Result, int64_t>;
 
   static void run(Call& call) {
-    Owner* owner = find<Owner>(call);
-    if (owner != nullptr) convert(call, *owner, std::index_sequence_for<Parameters...>());
+    Owner* owner = call.fetched != nullptr ? static_cast<Owner*>(call.fetched) : find<Owner>(call);
+    if (owner != nullptr) convert(call, *owner, kIndices);
   }
 
+  static void exitUnread(const Call& call) { writeExit(call, {}, kIndices); }
+
  private:
+  using Held = std::tuple<typename From<Plain<Parameters>>::Held...>;
+  static constexpr auto kIndices = std::index_sequence_for<Parameters...>();
+
   template <size_t... I>
   static void convert(Call& call, Owner& owner, std::index_sequence<I...>) {
     Reader reader(call.env);
-    std::tuple<typename From<Plain<Parameters>>::Held...> held;
+    Held held;
     (From<Plain<Parameters>>::read(reader, call[I], std::get<I>(held)), ...);
     if (call.row.said != nullptr) {
       call.say(kLogInfo, call.row.said, From<Plain<Parameters>>::said(std::get<I>(held))...);
@@ -72,10 +82,15 @@ struct Trampoline<Operation> {
       call.result = static_cast<int64_t>((owner.*Operation)(From<Plain<Parameters>>::pass(std::get<I>(held))...));
     }
     if (call.row.exit_has_arguments) {
-      call.say(kLogInfo, call.row.exit, static_cast<int>(call.result),
-               From<Plain<Parameters>>::said(std::get<I>(held))...);
+      writeExit(call, held, kIndices);
       call.exit_written = true;
     }
+  }
+
+  template <size_t... I>
+  static void writeExit(const Call& call, const Held& held, std::index_sequence<I...>) {
+    call.say(kLogInfo, call.row.exit, static_cast<int>(call.result),
+             From<Plain<Parameters>>::said(std::get<I>(held))...);
   }
 };
 
@@ -114,12 +129,19 @@ struct RowMaker {
     made.row.exit = format;
     return made;
   }
+  /// An exit line for a 64-bit result.
+  consteval RowMaker exitsWide(const char* format) const {
+    RowMaker made = exits(format);
+    made.row.exit_is_wide = true;
+    return made;
+  }
   /// An exit line that goes on with the leading arguments.
   consteval RowMaker exitsWithArguments(const char* format) const {
     if (!detail::conversionsMatch(format, Shape::kLetters, 3)) throw "the exit line does not fit the arguments";
     RowMaker made = *this;
     made.row.exit = format;
     made.row.exit_has_arguments = true;
+    made.row.exit_unread = &Shape::exitUnread;
     return made;
   }
   /// A line with the leading arguments, before the engine call.
@@ -127,6 +149,31 @@ struct RowMaker {
     if (!detail::conversionsMatch(format, Shape::kLetters, 2)) throw "the line does not fit the arguments";
     RowMaker made = *this;
     made.row.said = format;
+    return made;
+  }
+  /// The sub-manager `Owner` is fetched before the arguments are tested.
+  template <class Owner>
+  consteval RowMaker fetchesFirst() const {
+    RowMaker made = *this;
+    made.row.fetch = &detail::fetch<Owner>;
+    return made;
+  }
+  /// An argument that is converted without a test.
+  consteval RowMaker leavesUntested(size_t argument) const {
+    RowMaker made = *this;
+    made.row.kinds[argument] = Kind::kAny;
+    return made;
+  }
+  /// What a call without a result answers.
+  consteval RowMaker answers(Answer answer) const {
+    RowMaker made = *this;
+    made.row.answer = answer;
+    return made;
+  }
+  /// A second line, behind the class's own, when the owner is missing.
+  consteval RowMaker missesOwnerWith(const char* format) const {
+    RowMaker made = *this;
+    made.row.owner_missing = format;
     return made;
   }
   /// Arguments are tested before the owner.

@@ -47,13 +47,6 @@ Instances& instances() {
   return *all;
 }
 
-// The class stays alive for the life of the process; each environment that loads the module leaves its own.
-void keepConstructor(const Napi::Function& constructor) {
-  static Napi::FunctionReference* kept = nullptr;
-  kept = new Napi::FunctionReference(Napi::Persistent(constructor));
-  kept->SuppressDestruct();
-}
-
 }  // namespace
 
 Napi::Function KavRTCVideo::define(Napi::Env env) {
