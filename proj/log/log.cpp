@@ -9,6 +9,7 @@
 #include <ctime>
 #include <mutex>
 
+#include "log/format.h"
 #include "platform/platform.h"
 
 namespace corvane {
@@ -95,10 +96,7 @@ void writeLine(int32_t level, const char* format, va_list arguments) {
   char line[kLineCapacity];
   const size_t header = writeHeader(line, level);
   // One character stays free for the line feed, one for the terminating zero.
-  const size_t space = kLineCapacity - 1 - header;
-  const int wanted = std::vsnprintf(line + header, space, format, arguments);
-  size_t length = header;
-  if (wanted > 0) length += static_cast<size_t>(wanted) < space ? static_cast<size_t>(wanted) : space - 1;
+  size_t length = header + formatMessage(line + header, kLineCapacity - 1 - header, format, arguments);
   line[length++] = '\n';
   line[length] = '\0';
 
