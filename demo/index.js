@@ -1,0 +1,89 @@
+'use strict';
+// The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer.
+//
+//   npm run demo -- [clip] [--seconds N] [--json]
+//
+// The camera runs in a child process: what the engine prints stays out of this one's output.
+
+const { fork } = require('node:child_process');
+const fs = require('node:fs');
+const path = require('node:path');
+const { parseArgs } = require('node:util');
+const { sampleClip } = require('./sample_clip');
+
+const outFolder = path.join(__dirname, 'out');
+const usage = 'usage: npm run demo -- [clip] [--seconds N] [--json]';
+
+function readArguments() {
+  const { values, positionals } = parseArgs({
+    allowPositionals: true,
+    options: { seconds: { type: 'string', default: '10' }, json: { type: 'boolean', default: false } },
+  });
+  const seconds = Number(values.seconds);
+  if (!(seconds >= 1 && seconds <= 3600)) throw new Error('--seconds takes a number from 1 to 3600');
+  if (positionals.length > 1) throw new Error('one clip at a time');
+  return { clip: positionals[0], seconds, json: values.json };
+}
+
+/** Runs the camera and resolves to its summary. */
+function runCamera(clip, seconds, onProgress) {
+  return new Promise((resolve, reject) => {
+    const camera = fork(path.join(__dirname, 'camera.js'), [clip, String(seconds), outFolder], {
+      stdio: ['ignore', 'ignore', 'inherit', 'ipc'],
+    });
+    let summary;
+    camera.on('message', (message) => {
+      if (message.progress) onProgress(message.progress);
+      if (message.summary) summary = message.summary;
+    });
+    camera.on('error', reject);
+    camera.on('exit', (code, signal) => {
+      if (summary && code === 0) resolve(summary);
+      else reject(new Error(summary?.error ?? `the camera process ended with ${signal ?? code}`));
+    });
+  });
+}
+
+function showProgress({ elapsed, seconds, frames, fps, size }) {
+  const done = Math.min(1, elapsed / seconds);
+  const bar = '#'.repeat(Math.round(done * 24)).padEnd(24, '.');
+  const line = `[${bar}] ${elapsed.toFixed(0).padStart(3)} s  ${size}  ${frames} frames  ${fps.toFixed(1)} fps`;
+  process.stdout.write(process.stdout.isTTY ? `\r${line}` : `${line}\n`);
+}
+
+function lastLines(file, count) {
+  return fs.readFileSync(file, 'utf8').trimEnd().split('\n').slice(-count);
+}
+
+function showSummary(summary) {
+  if (process.stdout.isTTY) process.stdout.write('\n');
+  const verdict = summary.ok ? 'at the clip\'s rate' : 'NOT at the clip\'s rate';
+  console.log(`${summary.frames} frames of ${summary.width}x${summary.height} in ${summary.seconds.toFixed(1)} s: ` +
+    `${summary.fps.toFixed(2)} fps of ${summary.clip_fps.toFixed(2)}, ${verdict}`);
+  console.log(`contact sheet: ${summary.contact_sheet}`);
+  console.log(`log: ${summary.log}`);
+  for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
+}
+
+async function main() {
+  const options = readArguments();
+  fs.mkdirSync(outFolder, { recursive: true });
+  const clip = path.resolve(options.clip ?? (await sampleClip((text) => console.error(text))));
+  if (!fs.existsSync(clip)) throw new Error(`there is no clip ${clip}`);
+  if (!options.json) console.log(`capturing ${clip}`);
+  const summary = await runCamera(clip, options.seconds, options.json ? () => {} : showProgress);
+  if (options.json) console.log(JSON.stringify(summary));
+  else showSummary(summary);
+  return summary.ok ? 0 : 1;
+}
+
+main().then(
+  (code) => {
+    process.exitCode = code;
+  },
+  (error) => {
+    console.error(`demo: ${error.message}`);
+    if (error.code?.startsWith?.('ERR_PARSE_ARGS')) console.error(usage);
+    process.exitCode = 2;
+  },
+);
