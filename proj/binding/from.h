@@ -73,4 +73,26 @@ struct From<const char*> {
   static const char* said(const Held& held) { return held.c_str(); }
 };
 
+/// Shared by the entries of records without texts and lists: what was read is what the engine gets.
+template <class Record>
+struct FlatRecord {
+  static constexpr Kind kKind = Kind::kObject;
+  static constexpr char kSaid = 'p';
+  using Held = Record;
+  static const Record& pass(const Held& held) { return held; }
+  static const void* said(const Held& held) { return &held; }
+};
+
+/// One converted argument, for methods that convert by themselves. What `*` gives is valid as long as this lives.
+template <class T>
+class Argument {
+ public:
+  Argument(Reader& reader, napi_value value) { From<T>::read(reader, value, held_); }
+
+  decltype(auto) operator*() const { return From<T>::pass(held_); }
+
+ private:
+  typename From<T>::Held held_{};
+};
+
 }  // namespace corvane

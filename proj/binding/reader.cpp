@@ -8,8 +8,16 @@ Reader::~Reader() {
 
 // Takes the host's error, or its pending exception, out of the way so that the remaining values can be read.
 void Reader::keepError() {
-  Napi::Error error = Napi::Error::New(env_);
-  if (error_.IsEmpty()) error_ = std::move(error);
+  if (error_.IsEmpty()) {
+    error_ = Napi::Error::New(env_);
+    return;
+  }
+  // Only the first one counts, and a long list may have many: no error is made for these.
+  bool pending = false;
+  napi_value ignored = nullptr;
+  if (napi_is_exception_pending(env_, &pending) == napi_ok && pending) {
+    napi_get_and_clear_last_exception(env_, &ignored);
+  }
 }
 
 bool Reader::check(napi_status status) {

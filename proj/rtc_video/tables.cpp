@@ -6,9 +6,7 @@ namespace corvane {
 
 std::span<const std::span<const Row>> videoTables() {
   static const std::array tables{
-      lifecycleRows(),
-      sinkRows(),
-      captureRows(),
+      lifecycleRows(), sinkRows(), captureRows(), audioRows(), messageRows(), deviceRows(),
   };
   return tables;
 }
