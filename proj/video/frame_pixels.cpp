@@ -1,6 +1,9 @@
 #include "video/frame_pixels.h"
 
 #include <libyuv.h>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include <cstring>
 
@@ -14,7 +17,23 @@ bool isPlausibleGap(int64_t gap, size_t picture) {
 
 }  // namespace
 
+// The C library copies planes of this size with string instructions, which take two to three times as long when the
+// target lies a few bytes past the source's place in its page: the usual case for memory of JavaScript's.
 void copyBytes(uint8_t* to, const uint8_t* from, size_t size) {
+#if defined(__SSE2__)
+  for (; size >= 64; size -= 64, to += 64, from += 64) {
+    const auto* source = reinterpret_cast<const __m128i*>(from);
+    auto* target = reinterpret_cast<__m128i*>(to);
+    const __m128i a = _mm_loadu_si128(source);
+    const __m128i b = _mm_loadu_si128(source + 1);
+    const __m128i c = _mm_loadu_si128(source + 2);
+    const __m128i d = _mm_loadu_si128(source + 3);
+    _mm_storeu_si128(target, a);
+    _mm_storeu_si128(target + 1, b);
+    _mm_storeu_si128(target + 2, c);
+    _mm_storeu_si128(target + 3, d);
+  }
+#endif
   std::memcpy(to, from, size);
 }
 
