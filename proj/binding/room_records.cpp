@@ -58,16 +58,4 @@ rtc::PositionInfo readPositionInfo(Reader& reader, napi_value value) {
   return info;
 }
 
-void From<rtc::ForwardStreamConfiguration>::read(Reader& reader, napi_value value, Held& held) {
-  napi_value list = reader.get(value, "forward_stream_dests");
-  const uint32_t count = reader.length(list);
-  for (uint32_t i = 0; i < count; ++i) {
-    napi_value element = reader.at(list, i);
-    Destination& destination = held.destinations.emplace_back();
-    reader.text(element, "room_id", destination.room_id);
-    reader.text(element, "token", destination.token);
-    held.infos.push_back({destination.room_id.c_str(), destination.token.c_str()});
-  }
-}
-
 }  // namespace corvane

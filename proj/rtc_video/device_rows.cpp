@@ -1,4 +1,5 @@
 // Cameras, microphones and speakers: listing, choosing, volumes. Their tests have a table of their own.
+#include "events/payload.h"
 #include "rtc_video/owners.h"
 #include "rtc_video/tables.h"
 
@@ -7,19 +8,11 @@ namespace {
 
 using DeviceText = char[rtc::kDeviceTextSize];
 
-void setText(napi_env env, napi_value object, const char* key, const DeviceText& text) {
-  napi_value value = nullptr;
-  if (napi_create_string_utf8(env, text, NAPI_AUTO_LENGTH, &value) == napi_ok) {
-    napi_set_named_property(env, object, key, value);
-  }
-}
-
 napi_value deviceObject(napi_env env, const DeviceText& name, const DeviceText& id) {
-  napi_value device = nullptr;
-  if (napi_create_object(env, &device) != napi_ok) return nullptr;
-  setText(env, device, "device_name", name);
-  setText(env, device, "device_id", id);
-  return device;
+  Payload device(env);
+  device.put("device_name", makeText(env, name));
+  device.put("device_id", makeText(env, id));
+  return device.finish();
 }
 
 // Appends the collection's devices to the call's answer and releases the collection.
@@ -78,7 +71,7 @@ struct Getter<Operation> {
     call.result = (manager->*Operation)(id);
     id[rtc::kDeviceTextSize - 1] = '\0';
     call.say(kLogInfo, "%s(%d), deviceId: %s", id);
-    if (call.result == 0) napi_create_string_utf8(call.env, id, NAPI_AUTO_LENGTH, &call.answer);
+    if (call.result == 0) call.answer = makeText(call.env, id);
   }
 };
 

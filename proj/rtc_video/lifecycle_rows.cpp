@@ -1,5 +1,9 @@
 // Creation and end of the engine, and what concerns the engine as a whole.
+#include <vector>
+
+#include "binding/lists.h"
 #include "corvane_rtc/entry_points.h"
+#include "corvane_rtc/feedback.h"
 #include "platform/platform.h"
 #include "rtc_video/owners.h"
 #include "rtc_video/tables.h"
@@ -42,11 +46,46 @@ void destroyRTCVideo(Call& call) {
   call.result = videoOf(call).destroyRTCVideo();
 }
 
+void setRuntimeParameters(Call& call) {
+  Reader reader(call.env);
+  const Argument<const char*> json_string(reader, call[0]);
+  LogWrite(kLogInfo, "json string: %s", *json_string);
+  call.result = engineOf(call).setRuntimeParameters(*json_string);
+}
+
+void feedback(Call& call) {
+  Reader reader(call.env);
+  // A mask: a negative number has all upper bits set.
+  const auto type = static_cast<uint64_t>(int64_t{reader.int32(call[0])});
+  const Argument<const char*> problem_desc(reader, reader.get(call[1], "problem_desc"));
+  napi_value list = reader.get(call[1], "room_info");
+  const auto count = listLength(call, reader, list, call.row.refusals[1]);
+  if (!count.has_value()) return;
+  Texts texts;
+  std::vector<rtc::FeedbackRoomInfo> rooms;
+  rooms.reserve(*count);
+  for (uint32_t i = 0; i < *count; ++i) {
+    napi_value element = reader.at(list, i);
+    const char* room_id = texts.keep(reader.string(element, "room_id"));
+    const char* user_id = texts.keep(reader.string(element, "user_id"));
+    call.say(kLogInfo, "%s(%d) i:%d, room_id:%s, user_id:%s", static_cast<int>(i), room_id, user_id);
+    rooms.push_back({room_id, user_id});
+  }
+  const auto size = static_cast<int32_t>(*count);
+  call.say(kLogInfo, "%s(%d), type: %llu, problem_desc: %s, size: %d", static_cast<unsigned long long>(type),
+           *problem_desc, size);
+  call.result = engineOf(call).feedback(type, {*problem_desc, rooms.data(), size});
+}
+
 constexpr Row kRows[] = {
     bare("test1", &test1),
     bare("createRTCVideo", &createRTCVideo),
     bare("destroyRTCVideo", &destroyRTCVideo),
     plain<&rtc::IRTCVideo::setBusinessId>("setBusinessId").refuses("%s(%d), Param is invalid"),
+    special("setRuntimeParameters", &setRuntimeParameters, {Kind::kString}).exits("+%s(%d) ret: %d"),
+    special("feedback", &feedback, {Kind::kNumber, Kind::kObject})
+        .refuses(0, "%s(%d), Param is invalid, type")
+        .refuses(1, "%s(%d), Param is invalid, info"),
 };
 
 }  // namespace

@@ -13,6 +13,16 @@ std::span<const Row> captureRows();
 std::span<const Row> audioRows();
 std::span<const Row> messageRows();
 std::span<const Row> deviceRows();
+std::span<const Row> deviceTestRows();
+std::span<const Row> audioMixingRows();
+std::span<const Row> effectRows();
+std::span<const Row> zoomRows();
+std::span<const Row> networkRows();
+std::span<const Row> musicRows();
+std::span<const Row> scoringRows();
+std::span<const Row> recordingRows();
+std::span<const Row> screenRows();
+std::span<const Row> externalSourceRows();
 
 /// All of them.
 std::span<const std::span<const Row>> videoTables();
