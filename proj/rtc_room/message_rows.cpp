@@ -1,7 +1,6 @@
 // Messages to one user of the room and to all. Their entry lines carry the arguments, so they are written once the
 // arguments have been tested; a refused call has none.
-#include <cstring>
-
+#include "binding/bytes.h"
 #include "rtc_room/owners.h"
 #include "rtc_room/tables.h"
 
@@ -26,13 +25,11 @@ void sendUserMessage(Call& call) {
 struct CountedBytes {
   const uint8_t* data = nullptr;
   int32_t count = 0;
-
-  // The bytes up to the first zero byte, for a log line.
-  std::string text() const {
-    const char* first = reinterpret_cast<const char*>(data);
-    return count == 0 ? std::string() : std::string(first, strnlen(first, static_cast<size_t>(count)));
-  }
 };
+
+std::string printable(const CountedBytes& bytes) {
+  return loggedText(bytes.data, static_cast<size_t>(bytes.count));
+}
 
 // Refuses a count beyond the typed array's end, where the engine would read what is not the array's.
 bool readCountedBytes(const Call& call, Reader& reader, size_t count_index, size_t bytes_index, CountedBytes& counted) {
@@ -52,7 +49,7 @@ void sendUserBinaryMessage(Call& call) {
   reader.text(call[0], uid);
   const int32_t config = reader.int32(call[3]);
   call.say(kLogInfo, "+%s(%d) uid=%s length=%d message=%s config=%d", uid.c_str(), message.count,
-           message.text().c_str(), config);
+           printable(message).c_str(), config);
   call.result = engineRoomOf(call).sendUserBinaryMessage(uid.c_str(), message.count, message.data, config);
 }
 
@@ -60,7 +57,7 @@ void sendRoomBinaryMessage(Call& call) {
   Reader reader(call.env);
   CountedBytes message;
   if (!readCountedBytes(call, reader, 0, 1, message)) return;
-  call.say(kLogInfo, "+%s(%d) size=%d message=%s ", message.count, message.text().c_str());
+  call.say(kLogInfo, "+%s(%d) size=%d message=%s ", message.count, printable(message).c_str());
   call.result = engineRoomOf(call).sendRoomBinaryMessage(message.count, message.data);
 }
 

@@ -1,7 +1,7 @@
 // Sound that fades with distance. The interface is fetched before any argument is looked at.
-#include <deque>
 #include <vector>
 
+#include "binding/lists.h"
 #include "rtc_room/owners.h"
 #include "rtc_room/tables.h"
 
@@ -44,14 +44,14 @@ void setAttenuationModel(Call& call) {
 
 void setNoAttenuationFlags(Call& call) {
   Reader reader(call.env);
-  std::deque<Text> texts;  // texts stay where they are
+  const auto count = listLength(call, reader, call[0], call.row.refusals[0]);
+  if (!count) return;
+  Texts texts;
   std::vector<const char*> flags;
-  const uint32_t count = reader.length(call[0]);
-  for (uint32_t i = 0; i < count; ++i) {
-    Text& text = texts.emplace_back();
-    reader.text(reader.at(call[0], i), text);
-    call.say(kLogInfo, "+%s(%d), i: %d, flag: %s", static_cast<int>(i), text.c_str());
-    flags.push_back(text.c_str());
+  for (uint32_t i = 0; i < *count; ++i) {
+    const char* flag = texts.keep(reader.string(reader.at(call[0], i)));
+    call.say(kLogInfo, "+%s(%d), i: %d, flag: %s", static_cast<int>(i), flag);
+    flags.push_back(flag);
   }
   call.result = rangeAudioOf(call).setNoAttenuationFlags(flags.data(), static_cast<int32_t>(flags.size()));
 }
