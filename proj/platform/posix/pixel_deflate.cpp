@@ -152,7 +152,7 @@ size_t PixelDeflate::blockBits() const {
   size_t bits = 3 + 5 + 5 + 4 + 3 * kLengthOrder.size() + kLengthBits * (kSymbols + pixel_size_);
   for (size_t symbol = 0; symbol < kSymbols; ++symbol) bits += size_t{counts_[symbol]} * codes_[symbol].count;
   for (size_t length = kMinRun; length <= kMaxRun; ++length) {
-    // At most: the count is of all runs with the symbol.
+    // Lengths that share a symbol have as many bits more; they count once.
     if (kRunCodes[length].extra == 0) {
       bits += size_t{counts_[kRunCodes[length].symbol]} * (kRunCodes[length].extra_count + kDistanceBits);
     }

@@ -1,7 +1,8 @@
 // Compresses the filtered rows of pictures, in zlib's format.
 //
-// The only repeats it looks for are those of the pixel before, which in filtered rows are nearly all there are. On
-// pictures that makes it two to five times faster than zlib's fastest level at about the same size.
+// The only repeats it looks for are those of the pixel before, which in filtered rows are nearly all there are. Beside
+// zlib's fastest level it takes about a quarter of the time on photographs and half of it on screens, at about the same
+// size; smooth slopes, which repeat in longer patterns, come out larger and no slower.
 #pragma once
 
 #include <array>
