@@ -11,7 +11,7 @@ declare -A packages=(
   [test]="libgtest-dev libgmock-dev"
   [demo]=""
   [bench]=""
-  [windows]="g++-mingw-w64-x86-64-posix wine64 cmake ninja-build dpkg-dev xz-utils"
+  [windows]="g++-mingw-w64-x86-64-posix wine64 cmake ninja-build nlohmann-json3-dev dpkg-dev xz-utils"
   [lint]="clang-format clang-tidy"
 )
 
