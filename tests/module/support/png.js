@@ -29,7 +29,8 @@ function readChunks(file) {
     const length = file.readUInt32BE(at);
     assert.ok(at + 12 + length <= file.length, 'a whole chunk');
     const type = file.toString('latin1', at + 4, at + 8);
-    assert.equal(file.readUInt32BE(at + 8 + length), crc32(file.subarray(at + 4, at + 8 + length)), `${type}: checksum`);
+    const checksum = file.readUInt32BE(at + 8 + length);
+    assert.equal(checksum, crc32(file.subarray(at + 4, at + 8 + length)), `${type}: checksum`);
     chunks.push([type, file.subarray(at + 8, at + 8 + length)]);
     at += 12 + length;
   }
