@@ -1,5 +1,6 @@
 #include "video/frame_memory.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -8,8 +9,10 @@
 namespace corvane {
 namespace {
 
-// Blocks that collected buffers gave back, for buffers of the same size: fresh pages cost several times the copy
-// that goes into them.
+using Clock = std::chrono::steady_clock;
+
+// Blocks that collected buffers gave back, for buffers of the same size: fresh pages cost several times the copy that
+// goes into them. The host collects buffers by the dozen, so a stream needs dozens of blocks in turn.
 class FrameMemory {
  public:
   static FrameMemory& instance() {
@@ -17,13 +20,15 @@ class FrameMemory {
     return *memory;
   }
 
+  // Null when the system has no memory left.
   uint8_t* take(size_t size) {
     {
       const std::lock_guard<std::mutex> lock(mutex_);
-      for (size_t i = blocks_.size(); i-- > 0;) {
-        if (blocks_[i].size != size) continue;
-        uint8_t* data = blocks_[i].data;
-        blocks_.erase(blocks_.begin() + static_cast<ptrdiff_t>(i));
+      for (auto block = blocks_.rbegin(); block != blocks_.rend(); ++block) {
+        if (block->size != size) continue;
+        uint8_t* data = block->data;
+        resting_ -= size;
+        blocks_.erase(std::next(block).base());
         return data;
       }
     }
@@ -31,25 +36,39 @@ class FrameMemory {
   }
 
   void giveBack(uint8_t* data, size_t size) {
-    uint8_t* oldest = data;
-    {
-      const std::lock_guard<std::mutex> lock(mutex_);
-      blocks_.push_back({data, size});
-      if (blocks_.size() <= kMaxBlocks) return;
-      oldest = blocks_.front().data;
-      blocks_.erase(blocks_.begin());
-    }
-    std::free(oldest);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    blocks_.push_back({data, size, Clock::now()});
+    resting_ += size;
+    while (resting_ > kMostResting) freeOldest();
+  }
+
+  void freeUnused() {
+    const auto oldest = Clock::now() - kLongestRest;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    while (!blocks_.empty() && blocks_.front().since < oldest) freeOldest();
   }
 
  private:
-  static constexpr size_t kMaxBlocks = 16;
+  // The host collects at the latest when buffers hold 64 MB more than at its last collection.
+  static constexpr size_t kMostResting = size_t{128} << 20U;
+  static constexpr std::chrono::seconds kLongestRest{5};
+
   struct Block {
     uint8_t* data;
     size_t size;
+    Clock::time_point since;
   };
+
+  void freeOldest() {
+    const Block block = blocks_.front();
+    blocks_.erase(blocks_.begin());
+    resting_ -= block.size;
+    std::free(block.data);
+  }
+
   std::mutex mutex_;
-  std::vector<Block> blocks_;
+  std::vector<Block> blocks_;  // the longest unused first
+  size_t resting_ = 0;
 };
 
 bool releasesRgba() {
@@ -64,19 +83,14 @@ void recycle(napi_env, void* data, void* size) {
   FrameMemory::instance().giveBack(static_cast<uint8_t*>(data), reinterpret_cast<size_t>(size));
 }
 
-napi_value copyAndFree(napi_env env, uint8_t* data, size_t size) {
+// A Buffer on the block, which `finalizer` gets once the Buffer was collected; where the host forbids that, a copy.
+napi_value makeBuffer(napi_env env, uint8_t* data, size_t size, napi_finalize finalizer) {
   napi_value buffer = nullptr;
-  napi_create_buffer_copy(env, size, data, nullptr, &buffer);
-  std::free(data);
+  auto* const hint = reinterpret_cast<void*>(size);  // NOLINT: the finaliser needs no more than the number
+  if (napi_create_external_buffer(env, size, data, finalizer, hint, &buffer) == napi_ok) return buffer;
+  if (napi_create_buffer_copy(env, size, data, nullptr, &buffer) != napi_ok) buffer = nullptr;
+  FrameMemory::instance().giveBack(data, size);
   return buffer;
-}
-
-// A Buffer on recycled memory, or a copy of it where the host has its own rules.
-napi_value makeRecycledBuffer(napi_env env, uint8_t* data, size_t size) {
-  napi_value buffer = nullptr;
-  const napi_status status =
-      napi_create_external_buffer(env, size, data, &recycle, reinterpret_cast<void*>(size), &buffer);
-  return status == napi_ok ? buffer : copyAndFree(env, data, size);
 }
 
 }  // namespace
@@ -86,22 +100,18 @@ napi_value makePlaneBuffer(napi_env env, const I420Planes& planes) {
   uint8_t* data = FrameMemory::instance().take(size);
   if (data == nullptr) return nullptr;
   planes.copySpan(data);
-  return makeRecycledBuffer(env, data, size);
+  return makeBuffer(env, data, size, &recycle);
 }
 
 napi_value makeRgbaBuffer(napi_env env, size_t size, const std::function<void(uint8_t*)>& fill) {
-  if (releasesRgba()) {
-    uint8_t* data = FrameMemory::instance().take(size);
-    if (data == nullptr) return nullptr;
-    fill(data);
-    return makeRecycledBuffer(env, data, size);
-  }
-  auto* data = static_cast<uint8_t*>(std::calloc(size, 1));
+  auto* data = releasesRgba() ? FrameMemory::instance().take(size) : static_cast<uint8_t*>(std::calloc(size, 1));
   if (data == nullptr) return nullptr;
   fill(data);
-  napi_value buffer = nullptr;
-  const napi_status status = napi_create_external_buffer(env, size, data, nullptr, nullptr, &buffer);
-  return status == napi_ok ? buffer : copyAndFree(env, data, size);
+  return makeBuffer(env, data, size, releasesRgba() ? &recycle : nullptr);
+}
+
+void freeUnusedFrameMemory() {
+  FrameMemory::instance().freeUnused();
 }
 
 }  // namespace corvane

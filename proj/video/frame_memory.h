@@ -18,4 +18,7 @@ napi_value makePlaneBuffer(napi_env env, const I420Planes& planes);
 /// collected. Where the host forbids memory of the module's own the bytes are copied.
 napi_value makeRgbaBuffer(napi_env env, size_t size, const std::function<void(uint8_t*)>& fill);
 
+/// Gives memory back to the system that no buffer has used for some seconds. Any thread.
+void freeUnusedFrameMemory();
+
 }  // namespace corvane

@@ -8,6 +8,7 @@
 
 #include "log/log.h"
 #include "platform/platform.h"
+#include "video/frame_memory.h"
 #include "video/frame_object.h"
 
 namespace corvane {
@@ -173,9 +174,10 @@ void KavRTCTransporter::flushVideoFrame() {
   using Clock = std::chrono::steady_clock;
   platform::nameCurrentThread("frame-pacing");
   LogWrite(kLogInfo, "%s(%d), %d", "flushVideoFrame", __LINE__, static_cast<int>(render_fps_.load()));
-  while (!stopped_.load()) {
+  for (uint32_t round = 0; !stopped_.load(); ++round) {
     const auto start = Clock::now();
     checkVideoFrames();
+    if (round % 64 == 0) freeUnusedFrameMemory();
     postEvent(EventRecord::callable([](napi_env env, napi_value function) { instance().deliverBatch(env, function); }));
     const double elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     const int wait = static_cast<int>(kPeriodMs - elapsed + 0.5);
@@ -189,9 +191,7 @@ void KavRTCTransporter::checkVideoFrames() {
   const auto check_queue = [](SlotQueue& queue) {
     queue.erase(std::remove_if(queue.begin(), queue.end(), &isStale), queue.end());
   };
-  const auto check_keyed = [](KeyedSlots& slots) {
-    eraseIf(slots, [](auto& entry) { return isStale(entry.second); });
-  };
+  const auto check_keyed = [](KeyedSlots& slots) { eraseIf(slots, [](auto& entry) { return isStale(entry.second); }); };
   const auto check_remote = [&](RemoteQueues& rooms) {
     eraseIf(rooms, [&](auto& room) {
       eraseIf(room.second, [&](auto& user) {
@@ -215,8 +215,7 @@ class KavRTCTransporter::Batch {
   Batch(napi_env env, FrameObjectContext context) : env_(env), context_(context) {}
 
   void add(SlotQueue& queue) {
-    queue.erase(std::remove_if(queue.begin(), queue.end(), [this](FrameSlot& slot) { return add(slot); }),
-                queue.end());
+    queue.erase(std::remove_if(queue.begin(), queue.end(), [this](FrameSlot& slot) { return add(slot); }), queue.end());
   }
   void add(RemoteQueues& rooms) {
     for (auto& room : rooms) {
