@@ -107,6 +107,9 @@ Bytes Reader::bytes(napi_value value) {
 }
 
 napi_value Reader::get(napi_value object, const char* key) {
+  // A value without properties costs the host an exception, and a long list may be full of them. After the first error
+  // nothing hangs on it.
+  if (failed() && typeCode(env_, object) <= static_cast<int32_t>(napi_null)) return nullptr;
   napi_value value = nullptr;
   if (!check(napi_get_named_property(env_, object, key, &value))) return nullptr;
   return value;

@@ -1,23 +1,24 @@
 'use strict';
 
-// How a table of methods is written. One row is one method: what JavaScript passes, what the engine must be asked, and
-// every line that must stand in the log.
-//
-// In lines "@" stands for the method's name with its source line in parentheses, "#" for the result, and "{0}" for an
-// argument, which is 0 in the lines of calls whose arguments were never read.
+// How the tables of the engine class's methods are written: families of rows with arguments that name their kinds.
+// Beyond what every row has (see method_table.js):
+//   managers  the sub-managers the method works on: what withholds them, and the line that misses them
+//   missing   the lines that miss the engine
+//   exit      a line in which # stands for the result and {0} for the first argument, 0 when it was never read
 
-/** @typedef {'number'|'boolean'|'string'|'object'|'array'|'bytes'} Kind */
+const { Row } = require('./method_table.js');
 
-const argument = (kind) => (value, more = {}) => ({ kind, value, ...more });
+const argument = (letter) => (value) => ({ letter, value });
 
-/** Arguments by the type that the method tests; `{ untested: true }` for those it converts without a test. */
+/** Arguments by the type that the method tests; `untested` for those it converts without a test. */
 const args = {
-  number: argument('number'),
-  boolean: argument('boolean'),
-  string: argument('string'),
-  object: argument('object'),
-  array: argument('array'),
-  bytes: argument('bytes'),
+  number: argument('n'),
+  boolean: argument('b'),
+  string: argument('s'),
+  object: argument('o'),
+  array: argument('a'),
+  bytes: argument('t'),
+  untested: argument('?'),
 };
 
 const managers = {
@@ -34,25 +35,31 @@ const managers = {
 const shape = {
   owner: 'IRTCVideo',
   managers: [],
-  entry: '+@',
-  exit: '-@, ret: #',
-  lines: [],
   missing: ['@, pRtcVideo is nullptr'],
-  refusal: '@, Param Invalid',
-  refusalLevel: 'I',
-  /** What a call without a result answers. */
-  empty: -1,
+  exit: '-@, ret: #',
 };
 
 /**
  * Rows that share something: each is [name, arguments, the engine's arguments, what else is different]. Without engine
- * arguments the successful call has a case of its own elsewhere.
+ * arguments (`gets` is undefined) the successful call has a case of its own elsewhere.
  */
 function family(shared, rows) {
-  return rows.map(([name, given = [], engine, different = {}], index) => {
+  return rows.map(([name, given = [], gets, different = {}], index) => {
+    const { owner, exit, ...rest } = { ...shape, ...shared, ...different };
     // A result of its own for every method, so that none can stand in for another.
-    const answer = different.answer ?? 100 + index;
-    return { ...shape, ...shared, name, args: given, engine, result: answer, ...different, answer };
+    const gives = rest.gives ?? 100 + index;
+    const first = given[0]?.value;
+    return new Row({
+      result: gives,
+      ...rest,
+      name,
+      kinds: given.map(({ letter }) => letter).join(''),
+      args: given.map(({ value }) => value),
+      call: `${owner}.${name}`,
+      gets,
+      gives,
+      exit: (result, read) => exit.replace('#', result).replace('{0}', read ? first : 0),
+    });
   });
 }
 

@@ -1,0 +1,5 @@
+'use strict';
+
+// Every method of the engine class whose shape is the common one.
+
+module.exports = ['audio', 'video', 'devices', 'service', 'music'].flatMap((domain) => require(`./${domain}.js`));
