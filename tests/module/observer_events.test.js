@@ -4,6 +4,7 @@
 // their own.
 
 const assert = require('node:assert/strict');
+const { spawnSync } = require('node:child_process');
 const { test, beforeEach } = require('node:test');
 
 const { engine, createEngine, pixels, assertClean } = require('./support');
@@ -281,4 +282,15 @@ test('mixed media', { skip: withoutTasks }, async (t) => {
     await app.waitFor(() => engine.frames().live === 0);
     assertClean();
   });
+});
+
+test('a process ends cleanly with frames that were never delivered', () => {
+  const script = `
+    const { engine, createEngine } = require(${JSON.stringify(require.resolve('./support'))});
+    createEngine();
+    engine.fire('onRecordAudioFrame', { audio_frame: {} }, { repeat: 200 });
+    engine.fire('onMusicDetailResult', { music_info: { singer: 'singer' }, error_code: 0 });
+    process.exit(0);`;
+  const { status, signal } = spawnSync(process.execPath, ['-e', script], { stdio: 'ignore' });
+  assert.deepEqual({ status, signal }, { status: 0, signal: null });
 });
