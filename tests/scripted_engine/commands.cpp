@@ -58,6 +58,7 @@ Value withhold(const Value& request) {
 Value clear(const Value&) {
   Recorder::instance().clearCalls();
   FrameStatistics::instance().clear();
+  ReleasableStatistics::instance().clear();
   return {};
 }
 

@@ -34,6 +34,12 @@ struct ReleasableStatistics {
     static ReleasableStatistics statistics;
     return statistics;
   }
+  /// Objects that are out stay accounted for.
+  void clear() {
+    made = made - released;
+    released = 0;
+    released_twice = 0;
+  }
 };
 
 }  // namespace corvane::scripted
