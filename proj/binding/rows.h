@@ -131,7 +131,8 @@ struct RowMaker {
   }
   /// An exit line for a 64-bit result.
   consteval RowMaker exitsWide(const char* format) const {
-    RowMaker made = exits(format);
+    RowMaker made = *this;
+    made.row.exit = format;
     made.row.exit_is_wide = true;
     return made;
   }
