@@ -12,7 +12,7 @@ add_library(corvane_node_api INTERFACE)
 add_library(corvane::node_api ALIAS corvane_node_api)
 target_include_directories(corvane_node_api SYSTEM INTERFACE
   "${CORVANE_NODE_MODULES}/node-addon-api" "${CORVANE_NODE_MODULES}/node-api-headers/include")
-target_compile_definitions(corvane_node_api INTERFACE NAPI_VERSION=8 NAPI_DISABLE_CPP_EXCEPTIONS)
+target_compile_definitions(corvane_node_api INTERFACE NAPI_VERSION=8 NAPI_DISABLE_CPP_EXCEPTIONS NODE_API_SWALLOW_UNTHROWABLE_EXCEPTIONS)
 
 if(WIN32)
   # The host may have any file name, so its functions are bound late, through a hook that answers with the running program.

@@ -1,13 +1,14 @@
 #include "rtc_video/rtc_video.h"
 
 #include <algorithm>
-#include <iostream>
 #include <mutex>
+#include <sstream>
 #include <vector>
 
 #include "corvane_rtc/entry_points.h"
 #include "corvane_rtc/ktv.h"
 #include "log/log.h"
+#include "log/standard_output.h"
 #include "platform/platform.h"
 #include "rtc_video/method_names.h"
 #include "rtc_video/tables.h"
@@ -69,14 +70,17 @@ KavRTCVideo::KavRTCVideo(const Napi::CallbackInfo& info) : Napi::ObjectWrap<KavR
   instances().add(this);
   // The newest object's handler counts, and it has none yet.
   KavRTCTransporter::instance().setEventHandler(nullptr);
-  std::cout << "KavRTCVideo constructor: " << static_cast<void*>(this) << std::endl;
+  std::ostringstream trace;
+  trace << "KavRTCVideo constructor: " << static_cast<void*>(this);
+  printLine(trace.str());
 }
 
 KavRTCVideo::~KavRTCVideo() {
   const bool needs_teardown = m_pRtcVideo != nullptr;
   if (needs_teardown) destroyRTCVideo();
-  std::cout << "KavRTCVideo destructure: " << static_cast<void*>(this) << " isDestroyRTCVideo:" << needs_teardown
-            << std::endl;
+  std::ostringstream trace;
+  trace << "KavRTCVideo destructure: " << static_cast<void*>(this) << " isDestroyRTCVideo:" << needs_teardown;
+  printLine(trace.str());
   if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(nullptr);
   instances().remove(this);
   transcoding_observer_.reset();
@@ -137,7 +141,7 @@ void KavRTCVideo::registerKtvHandlers(const Call& call) {
 int32_t KavRTCVideo::destroyRTCVideo() {
   static constexpr char kName[] = "destroyRTCVideo";
   LogWrite(kLogInfo, "%s(%d), ", kName, __LINE__);
-  std::cout << kName << std::endl;
+  printLine(kName);
   if (m_pRtcVideo == nullptr) return -1;
 
   rtc::destroyRTCVideo();

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <iterator>
 #include <utility>
 
 #include "log/log.h"
+#include "log/standard_output.h"
 #include "platform/platform.h"
 #include "video/frame_memory.h"
 #include "video/frame_object.h"
@@ -19,11 +19,6 @@ constexpr double kPeriodMs = 16.666666;
 
 constexpr const char* kEventNames[] = {"onLocalVideoFrame",   "onLocalScreenFrame",       "onRemoteVideoFrame",
                                        "onRemoteScreenFrame", "onPublicStreamVideoFrame", "onMixingVideoFrame"};
-
-void printLine(const char* text) {
-  std::printf("%s\n", text);
-  std::fflush(stdout);
-}
 
 bool isStale(FrameSlot& slot) {
   if (slot.missed_rounds <= kMaxMissedRounds) return false;
@@ -61,7 +56,7 @@ void KavRTCTransporter::initialize(Napi::Env env, const Napi::Function& callback
     channel_ = std::move(channel);
   }
   stopped_.store(false);
-  pacing_ = std::thread([this] { flushVideoFrame(); });
+  pacing_ = std::thread([this, generation = ++generation_] { flushVideoFrame(generation); });
   initialized_.store(true);
 }
 
@@ -170,7 +165,7 @@ void KavRTCTransporter::setVideoRotation(bool apply) {
   LogWrite(kLogInfo, "%s(%d), videoRotation: %d", "setVideoRotation", __LINE__, apply ? 1 : 0);
 }
 
-void KavRTCTransporter::flushVideoFrame() {
+void KavRTCTransporter::flushVideoFrame(uint32_t generation) {
   using Clock = std::chrono::steady_clock;
   platform::nameCurrentThread("frame-pacing");
   LogWrite(kLogInfo, "%s(%d), %d", "flushVideoFrame", __LINE__, static_cast<int>(render_fps_.load()));
@@ -178,7 +173,10 @@ void KavRTCTransporter::flushVideoFrame() {
     const auto start = Clock::now();
     checkVideoFrames();
     if (round % 64 == 0) freeUnusedFrameMemory();
-    postEvent(EventRecord::callable([](napi_env env, napi_value function) { instance().deliverBatch(env, function); }));
+    postEvent(EventRecord::callable([this, generation](napi_env env, napi_value function) {
+      // What is left in the queue of an earlier channel must not hand the next one's frames to the old callback.
+      if (generation == generation_) deliverBatch(env, function);
+    }));
     const double elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     const int wait = static_cast<int>(kPeriodMs - elapsed + 0.5);
     if (wait > 0) std::this_thread::sleep_for(std::chrono::milliseconds(wait));

@@ -68,7 +68,7 @@ class KavRTCTransporter {
 
   bool enqueue(SlotQueue& queue, FrameSlot slot);
   bool replace(KeyedSlots& slots, FrameKind kind, FramePtr frame, std::string_view key, int32_t format);
-  void flushVideoFrame();
+  void flushVideoFrame(uint32_t generation);
   void checkVideoFrames();
   void deliverBatch(napi_env env, napi_value function);
 
@@ -87,6 +87,7 @@ class KavRTCTransporter {
   rtc::IRTCVideoEventHandler* event_handler_ = nullptr;
 
   std::thread pacing_;
+  std::atomic<uint32_t> generation_{0};  ///< counts the channels opened
   std::atomic<bool> initialized_{false};
   std::mutex channel_mutex_;  // guards channel_, which engine threads read while JavaScript replaces it
   Channel channel_;

@@ -1,0 +1,222 @@
+'use strict';
+
+// Making and ending the engine, and what its end does to everything else.
+
+const test = require('node:test');
+const assert = require('node:assert');
+const { execFileSync } = require('node:child_process');
+const fs = require('node:fs');
+const { sdk, engine, createEngine, temporaryFolder, readLog } = require('./support');
+
+const texts = (folder) => readLog(folder).map(({ text }) => text.replace(/\(\d+\)/, '(L)'));
+const config = (log_path) => sdk.setLogConfig({ log_path, log_level: 0, log_file_size: 1, log_filename_prefix: '' });
+
+test('creation opens the log, makes the handlers and registers them', () => {
+  engine.clear();
+  const made = createEngine({ appId: 'äpp', params: '{"a":1}', logLevel: 0 });
+  assert.strictEqual(made.result, 0);
+  assert.strictEqual(engine.lastArgs('createRTCVideo').app_id, 'äpp');
+  assert.strictEqual(engine.lastArgs('createRTCVideo').parameters, '{"a":1}');
+  assert.strictEqual(engine.countCalls('registerAudioFrameObserver'), 1);
+  assert.strictEqual(engine.countCalls('IKTVManager.setEventHandler'), 1);
+  assert.strictEqual(engine.countCalls('IKTVPlayer.setEventHandler'), 1);
+  const lines = texts(made.logPath).filter((line) => !line.startsWith('flushVideoFrame'));
+  assert.match(lines[0], /^\[CreateDstFile\] internal, opened file: .*-node\.log$/);
+  assert.deepStrictEqual(lines.slice(1), [
+    'initialize(L)',
+    'createRTCVideo(L), appId:äpp, params: {"a":1}',
+    'KavRTCVideoEventHandler constructor',
+    'KavRTCTranscodingObserver constructor',
+    'KavRTCObserver constructor',
+    `createRTCVideo(L), ret:0, version:${sdk.getSDKVersion()}, pid:${process.pid}`,
+  ].flatMap((line) => line));
+  made.destroy();
+});
+
+test('the end tears down in order and closes the log', () => {
+  const made = createEngine({ logLevel: 0 });
+  made.video.setLocalVideoSink(0, 1);
+  made.video.setRemoteVideoSink({ room_id: 'r', user_id: 'u', stream_index: 0 }, 1);
+  made.video.setPublicStreamVideoSink('p', 1);
+  const before = readLog(made.logPath).length;
+  engine.clear();
+  assert.strictEqual(made.destroy(), 0);
+  assert.strictEqual(engine.countCalls('destroyRTCVideo'), 1);
+  assert.deepStrictEqual(
+    texts(made.logPath).slice(before).filter((line) => !/n_status|flushVideo/.test(line)),
+    [
+      'destroyRTCVideo(L), ',
+      '+clearPublicSink(L)', 'PublicStreamVideoSink destructure', '-clearPublicSink(L), size: 0',
+      '+clearLocalSink(L)', 'LocalVideoSink destructure', '-clearLocalSink(L), size: 0',
+      '+clearRemoteSink(L)', 'RemoteVideoSink destructure', '-clearRemoteSink(L), size: 0',
+      'KavRTCVideoEventHandler destructure',
+      'KavRTCObserver destructure',
+      'destroyRTCVideo(L), ',
+      '+CloseDstFile',
+    ],
+  );
+  assert.strictEqual(made.video.destroyRTCVideo(), -1, 'a second end finds nothing');
+  assert.strictEqual(made.video.setPlaybackVolume(5), -1);
+});
+
+test('bad arguments are refused at level 1 with the log open', () => {
+  const cases = [
+    [[5, () => {}, ''], 'createRTCVideo(L), invalid param, not a string type'],
+    [['a', {}, ''], 'createRTCVideo(L), invalid param, not a func type'],
+    [['a', () => {}, 5], 'createRTCVideo(L), invalid param, not a string type'],
+    [[], 'createRTCVideo(L), invalid param, not a string type'],
+  ];
+  for (const [args, line] of cases) {
+    const folder = temporaryFolder();
+    config(folder);
+    engine.clear();
+    const video = new sdk.xoRTCVideo();
+    assert.strictEqual(video.createRTCVideo(...args), -1);
+    assert.strictEqual(engine.countCalls('createRTCVideo'), 0);
+    const entries = readLog(folder);
+    if (entries.length > 0) {
+      const refusal = entries.find(({ level }) => level === 'W');
+      assert.strictEqual(refusal.text.replace(/\(\d+\)/, '(L)'), line);
+    }
+    // Closes the log that the refused call left open.
+    assert.strictEqual(video.createRTCVideo('a', () => {}, ''), 0);
+    video.destroyRTCVideo();
+  }
+});
+
+test('an engine that cannot be made leaves handlers for the next attempt', () => {
+  engine.withhold('createRTCVideo');
+  const made = createEngine({ logLevel: 0 });
+  assert.strictEqual(made.result, -1);
+  assert.ok(texts(made.logPath).includes('createRTCVideo(L), CreateKavRTCVideo failed.'));
+  assert.strictEqual(made.video.setPlaybackVolume(5), -1);
+  engine.reset();
+  assert.strictEqual(made.video.createRTCVideo('a', made.collector.callback, ''), 0);
+  const lines = texts(made.logPath);
+  assert.strictEqual(lines.filter((line) => line === 'KavRTCObserver constructor').length, 1, 'reused');
+  assert.ok(lines.includes('[CreateDstFile] internal, open file failed'));
+  made.destroy();
+});
+
+test('missing karaoke managers are logged and no failure', () => {
+  for (const [withheld, line] of [
+    ['getKTVManager', 'createRTCVideo(L), iKTVManagerPtr is nullptr'],
+    ['getKTVPlayer', 'createRTCVideo(L), iKTVPlayerPtr is nullptr'],
+  ]) {
+    engine.withhold(withheld);
+    const made = createEngine({ logLevel: 0 });
+    engine.reset();
+    assert.strictEqual(made.result, 0);
+    const entry = made.entries().find(({ text }) => text.replace(/\(\d+\)/, '(L)') === line);
+    assert.strictEqual(entry?.level, 'W', line);
+    made.destroy();
+  }
+});
+
+test('a second creation sends events to the new callback only', async () => {
+  const made = createEngine({ logLevel: 0 });
+  const late = [];
+  assert.strictEqual(made.video.createRTCVideo('b', (event) => late.push(event), ''), 0);
+  engine.fire('onWarning', { warn: 4 }, { target: engine.attached('IRTCVideoEventHandler').at(-1) });
+  await made.waitFor(() => late.length > 0);
+  assert.deepStrictEqual(late, [{ Type: 'onWarning', Object: { warn: 4 } }]);
+  assert.strictEqual(made.of('onWarning').length, 0);
+  made.destroy();
+});
+
+test('one object ends the engine for all of them', () => {
+  const made = createEngine();
+  const other = new sdk.xoRTCVideo();
+  assert.strictEqual(other.createRTCVideo('b', () => {}, ''), 0);
+  assert.strictEqual(made.destroy(), 0);
+  engine.clear();
+  assert.strictEqual(other.setPlaybackVolume(5), -1);
+  assert.strictEqual(other.destroyRTCVideo(), -1);
+  assert.strictEqual(engine.calls().length, 0, 'nobody calls an engine that is gone');
+});
+
+test('a callback that throws does not stop later events', async () => {
+  const seen = [];
+  const thrown = [];
+  process.on('uncaughtException', (error) => thrown.push(error.message));
+  const video = new sdk.xoRTCVideo();
+  config(temporaryFolder());
+  video.createRTCVideo('a', (event) => {
+    seen.push(event.Object.warn);
+    throw new Error(`thrown ${seen.length}`);
+  }, '');
+  engine.fire('onWarning', { warn: 1 });
+  engine.fire('onWarning', { warn: 2 });
+  const deadline = Date.now() + 5000;
+  while (seen.length < 2 && Date.now() < deadline) await new Promise((resolve) => setTimeout(resolve, 5));
+  process.removeAllListeners('uncaughtException');
+  assert.deepStrictEqual(seen, [1, 2]);
+  video.destroyRTCVideo();
+});
+
+// What the objects write to standard output, and collection, are seen from outside.
+function runScript(lines) {
+  const support = JSON.stringify(require.resolve('./support'));
+  const script = `
+    const { sdk, engine } = require(${support});
+    const fs = require('node:fs');
+    const collect = async () => { for (let i = 0; i < 5; ++i) { gc(); await new Promise((r) => setTimeout(r, 20)); } };
+    (async () => { ${lines} })().then(() => process.exit(0), (error) => { console.log(error); process.exit(1); });`;
+  const output = `${temporaryFolder()}/output.txt`;
+  const file = fs.openSync(output, 'w');
+  try {
+    execFileSync(process.execPath, ['--expose-gc', '-e', script], { stdio: ['ignore', file, file] });
+  } catch (error) {
+    throw new Error(fs.readFileSync(output, 'utf8'), { cause: error });
+  } finally {
+    fs.closeSync(file);
+  }
+  return fs.readFileSync(output, 'utf8').split(/\r?\n/);
+}
+
+test('objects trace their making and collection on standard output', () => {
+  const lines = runScript(`
+    (() => { new sdk.xoRTCVideo().createRTCVideo('a', () => {}, ''); })();
+    await collect();
+    console.log('ended', engine.countCalls('destroyRTCVideo'));
+    (() => { const video = new sdk.xoRTCVideo(); video.createRTCVideo('a', () => {}, ''); video.destroyRTCVideo(); })();
+    await collect();
+    console.log('ended', engine.countCalls('destroyRTCVideo'));`);
+  const address = (pattern) => lines.filter((line) => pattern.test(line)).length;
+  assert.strictEqual(address(/^KavRTCVideo constructor: (0x)?[0-9a-fA-F]+$/), 2);
+  assert.strictEqual(address(/^KavRTCVideo destructure: (0x)?[0-9a-fA-F]+ isDestroyRTCVideo:1$/), 1);
+  assert.strictEqual(address(/^KavRTCVideo destructure: (0x)?[0-9a-fA-F]+ isDestroyRTCVideo:0$/), 1);
+  assert.ok(lines.indexOf('ended 1') > lines.indexOf('destroyRTCVideo'), lines.join('\n'));
+  assert.ok(lines.includes('ended 2'));
+});
+
+test('the process ends cleanly with an engine alive and frames under way', () => {
+  runScript(`
+    globalThis.video = new sdk.xoRTCVideo();
+    video.createRTCVideo('a', () => {}, '');
+    video.setLocalVideoSink(0, 5);
+    engine.startStreams({ streams: [{ sink: 'local:0', frame: {} }], fps: 200 });
+    await new Promise((r) => setTimeout(r, 200));`);
+});
+
+test('the end of an environment closes its channel under traffic', () => {
+  const lines = runScript(`
+    const { Worker } = require('node:worker_threads');
+    const worker = new Worker(\`
+      const { sdk, engine } = require(${JSON.stringify(require.resolve('./support'))});
+      globalThis.video = new sdk.xoRTCVideo();
+      video.createRTCVideo('a', () => {}, '');
+      video.setPublicStreamVideoSink('public', 5);
+      engine.startStreams({ streams: [{ sink: 'public:public', frame: {} }], fps: 500 });
+      engine.fire('onWarning', { warn: 1 }, { repeat: 20000, wait: false });
+      require('node:worker_threads').parentPort.postMessage('running');
+    \`, { eval: true });
+    await new Promise((resolve, reject) => worker.once('message', resolve).once('error', reject));
+    await new Promise((r) => setTimeout(r, 50));
+    await worker.terminate();
+    engine.stopStreams();
+    console.log('objects', JSON.stringify(engine.objects()));`);
+  assert.ok(lines.includes('KavRTCTransporter tsfn Finalizer. '), lines.join('\n'));
+  assert.ok(lines.includes('KavRTCTransporter deinitialize.'));
+  assert.ok(lines.some((line) => line.startsWith('objects {')), lines.join('\n'));
+});
