@@ -5,24 +5,19 @@
 namespace corvane {
 namespace {
 
-// Keys that are no numbers are left at 0.
-rtc::RemoteVideoConfig readRemoteVideoConfig(const Call& call, Reader& reader, napi_value value) {
-  const auto numberOrZero = [&](const char* key) {
-    napi_value field = reader.get(value, key);
-    return isKind(call.env, field, Kind::kNumber) ? reader.int32(field) : 0;
-  };
-  rtc::RemoteVideoConfig config{};
-  config.framerate = numberOrZero("framerate");
-  config.resolution_width = numberOrZero("resolution_width");
-  config.resolution_height = numberOrZero("resolution_height");
-  return config;
+int32_t numberOrZero(const Call& call, Reader& reader, napi_value record, const char* key) {
+  napi_value value = reader.get(record, key);
+  return isKind(call.env, value, Kind::kNumber) ? reader.int32(value) : 0;
 }
 
 void setRemoteVideoConfig(Call& call) {
   Reader reader(call.env);
   Text user_id;
   reader.text(call[0], user_id);
-  const rtc::RemoteVideoConfig config = readRemoteVideoConfig(call, reader, call[1]);
+  rtc::RemoteVideoConfig config{};
+  config.framerate = numberOrZero(call, reader, call[1], "framerate");
+  config.resolution_width = numberOrZero(call, reader, call[1], "resolution_width");
+  config.resolution_height = numberOrZero(call, reader, call[1], "resolution_height");
   call.say(kLogInfo, "%s(%d), user_id: %s framerate=%d resolution_height=%d resolution_width=%d", user_id.c_str(),
            config.framerate, config.resolution_height, config.resolution_width);
   call.result = engineRoomOf(call).setRemoteVideoConfig(user_id.c_str(), config);
