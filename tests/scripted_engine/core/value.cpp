@@ -78,23 +78,23 @@ const std::string& Value::toText() const {
 }
 
 const Value::List& Value::toList() const {
-  static const List kNone;
+  static const List none;
   if (const auto* list = as<List>()) {
     return *list;
   }
   if (isNull()) {
-    return kNone;
+    return none;
   }
   refuse("a list", *this);
 }
 
 const Value::Members& Value::toMembers() const {
-  static const Members kNone;
+  static const Members none;
   if (const auto* members = as<Members>()) {
     return *members;
   }
   if (isNull()) {
-    return kNone;
+    return none;
   }
   refuse("an object", *this);
 }

@@ -42,7 +42,7 @@ int64_t builderBytes(const rtc::VideoFrameBuilder& builder, size_t plane) {
 VideoFrameSpec readVideoFrameSpec(const Value& value) {
   VideoFrameSpec spec;
   Arena arena;
-  const auto readInts = [&](const Value& list, std::vector<int32_t>& ints) {
+  const auto read_ints = [&](const Value& list, std::vector<int32_t>& ints) {
     for (const Value& item : list.toList()) {
       readValue(item, ints.emplace_back(), arena);
     }
@@ -63,11 +63,11 @@ VideoFrameSpec readVideoFrameSpec(const Value& value) {
     } else if (name == "seed") {
       readValue(member, spec.seed, arena);
     } else if (name == "strides") {
-      readInts(member, spec.strides);
+      read_ints(member, spec.strides);
     } else if (name == "gaps") {
-      readInts(member, spec.gaps);
+      read_ints(member, spec.gaps);
     } else if (name == "nullPlanes") {
-      readInts(member, spec.null_planes);
+      read_ints(member, spec.null_planes);
     } else {
       throw BadRequest("a video frame has no " + name);
     }
