@@ -25,4 +25,6 @@ cmake --preset "$preset" >"$log" 2>&1 || {
   cat "$log" >&2
   die "configuring $preset failed"
 }
-cmake --build "build/$preset" --target "$@"
+quiet=()
+[[ -t 1 ]] || quiet=(-- --quiet)
+cmake --build "build/$preset" --target "$@" "${quiet[@]}"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # test.sh [SUITE...]: builds and runs the Linux suites, all of them or the named ones.
-#   cpp      C++ tests of the module's parts
+#   cpp      C++ tests of the module's parts, and of the embedded engine on real media
 #   module   JavaScript against the module over the scripted engine
-#   engine   JavaScript against the module over the embedded engine, on real media
+#   engine   JavaScript against the module over the embedded engine
 #   package  the package's face: loader and typings
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
@@ -11,7 +11,7 @@ suites=("$@")
 ((${#suites[@]})) || suites=(cpp module engine package)
 
 bash "$root/scripts/setup.sh" build test
-bash "$root/scripts/build.sh" release corvane_meeting_sdk corvane_engine scripted corvane_tests
+bash "$root/scripts/build.sh" release all
 
 status=0
 for suite in "${suites[@]}"; do

@@ -27,7 +27,7 @@ if [[ $kind == tsan ]] && setarch -R true 2>/dev/null; then
 fi
 
 bash "$root/scripts/setup.sh" build test
-${fixed[@]+"${fixed[@]}"} bash "$root/scripts/build.sh" "$kind" corvane_meeting_sdk scripted corvane_tests
+${fixed[@]+"${fixed[@]}"} bash "$root/scripts/build.sh" "$kind" all
 
 # node itself is not instrumented, so the runtime has to be there before it.
 preload=$(gcc -print-file-name=$runtime)
