@@ -1,0 +1,61 @@
+#include "api/rtc_video.h"
+
+#include <utility>
+
+#include "core/gstreamer.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+class NoEvents final : public IRTCVideoEventHandler {};
+NoEvents no_events;
+
+EngineParameters readParametersLogged(std::string_view text, EngineLog& log) {
+  std::string problem;
+  EngineParameters parameters = readParameters(text, problem);
+  if (!problem.empty()) log.warning("parameters: %s; the defaults are used instead", problem.c_str());
+  return parameters;
+}
+
+}  // namespace
+
+RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* handler, std::string_view parameters)
+    : context_{.log = EngineLog(std::move(log)), .events = handler != nullptr ? handler : &no_events, .thread = {}},
+      parameters_(readParametersLogged(parameters, context_.log)),
+      cameras_(context_, parameters_.cameras),
+      video_devices_(cameras_, [this](const std::string& id) {
+        context_.thread.post([this, id] { video_capture_->setCamera(id); });
+      }) {
+  context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
+  context_.thread.post([this] {
+    video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, camera_sink_);
+    std::string problem;
+    const bool have_gstreamer = startGStreamer(problem);
+    if (!have_gstreamer) {
+      context_.log.error("GStreamer cannot be used: %s", problem.c_str());
+      context_.events->onExtensionAccessError("GStreamer", problem.c_str());
+    }
+    cameras_.start(have_gstreamer);
+  });
+}
+
+RtcVideo::~RtcVideo() {
+  context_.thread.finish([this] {
+    video_capture_.reset();
+    cameras_.stop();
+  });
+  context_.log.info("engine ended");
+}
+
+int32_t RtcVideo::notSupported(const char* operation) {
+  bool is_first = false;
+  {
+    const std::lock_guard lock(not_supported_mutex_);
+    is_first = not_supported_.insert(operation).second;
+  }
+  if (is_first) context_.log.warning("%s: the engine does not offer this operation", operation);
+  return kNotSupported;
+}
+
+}  // namespace corvane::rtc

@@ -1,0 +1,18 @@
+// The parameters text of createRTCVideo(): a JSON object. Unknown keys are left alone.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvane::rtc {
+
+struct EngineParameters {
+  /// "cameras": ids ("file:..." or "test:...") that are listed among the cameras.
+  std::vector<std::string> cameras;
+};
+
+/// Reads what it can. `problem` says what could not be read, "" when all could.
+EngineParameters readParameters(std::string_view json_text, std::string& problem);
+
+}  // namespace corvane::rtc
