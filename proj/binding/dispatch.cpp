@@ -49,8 +49,11 @@ void writeExit(const Call& call) {
 napi_value answerOf(const Call& call) {
   if (call.answer != nullptr) return call.answer;
   napi_value number = nullptr;
-  if (napi_create_double(call.env, static_cast<double>(call.result), &number) != napi_ok) return nullptr;
-  return number;
+  const auto narrow = static_cast<int32_t>(call.result);
+  const napi_status status = narrow == call.result
+                                 ? napi_create_int32(call.env, narrow, &number)
+                                 : napi_create_double(call.env, static_cast<double>(call.result), &number);
+  return status == napi_ok ? number : nullptr;
 }
 
 void runTested(Call& call, FindOwner find_owner) {

@@ -3,6 +3,8 @@
 
 #include <napi.h>
 
+#include <array>
+#include <deque>
 #include <span>
 #include <unordered_map>
 #include <vector>
@@ -12,17 +14,17 @@ namespace corvane {
 struct EnvironmentData {
   /// A function that makes objects with one sequence of keys.
   struct Factory {
+    bool delivers;  ///< calls its first argument with the object instead of returning it
     const char* event_name;
     std::vector<const char*> keys;
     napi_ref function;
   };
 
-  /// By the event's name, or the first key where there is none; literals, compared by pointer.
-  std::unordered_map<const void*, std::vector<Factory>> factories;
+  /// The functions used last, by a hash of what they are found by: streams of events are alike.
+  std::array<const Factory*, 8> recent{};
 
-  /// Scratch space of the payload writers, innermost last.
-  std::vector<const char*> keys;
-  std::vector<napi_value> values;
+  /// By the event's name, or the first key where there is none; literals, compared by pointer.
+  std::unordered_map<const void*, std::deque<Factory>> factories;
 
   /// The data of `env`, made on first use and freed with the environment. JavaScript thread.
   static EnvironmentData& of(napi_env env);

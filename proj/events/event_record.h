@@ -64,7 +64,7 @@ class EventRecord {
     void deliver(napi_env env, napi_value function) override {
       Payload payload(env, name_);
       fill_(payload);
-      callWithEvent(env, function, payload.finish());
+      payload.deliver(function);
     }
 
    private:

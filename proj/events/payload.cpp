@@ -8,11 +8,6 @@
 namespace corvane {
 namespace {
 
-// Marks the end of a nested object in a sequence of keys.
-constexpr char kClose[] = "}";
-// Marks that the next key opens a nested object.
-constexpr char kOpen[] = "{";
-
 std::string quoted(const char* text) {
   std::string result = "\"";
   for (; *text != '\0'; ++text) {
@@ -22,20 +17,23 @@ std::string quoted(const char* text) {
   return result + '"';
 }
 
-// The source of a function that makes an object with these keys from its arguments in order.
-std::string factorySource(const char* event_name, std::span<const char* const> keys) {
+}  // namespace
+
+// The source of a function that makes an object with these keys from its arguments in order, and returns it or, when it
+// `delivers`, calls its first argument with it.
+std::string factorySource(bool delivers, const char* event_name, std::span<const char* const> keys) {
   std::string body = "{";
   size_t parameters = 0;
   bool comma = false;
   for (size_t i = 0; i < keys.size(); ++i) {
-    if (keys[i] == kClose) {
+    if (keys[i] == Payload::kClose) {
       body += '}';
       comma = true;
       continue;
     }
     if (comma) body += ',';
     comma = true;
-    if (keys[i] == kOpen) {
+    if (keys[i] == Payload::kOpen) {
       body += quoted(keys[++i]) + ":{";
       comma = false;
       continue;
@@ -45,13 +43,15 @@ std::string factorySource(const char* event_name, std::span<const char* const> k
   body += '}';
   if (event_name != nullptr) body = "{\"Type\":" + quoted(event_name) + ",\"Object\":" + body + "}";
 
-  std::string source = "(function(){\"use strict\";return function(";
-  for (size_t i = 0; i < parameters; ++i) source += (i == 0 ? "v" : ",v") + std::to_string(i);
-  return source + "){return " + body + ";};})()";
+  std::string source = "(function(){\"use strict\";return function(f";
+  for (size_t i = 0; i < parameters; ++i) source += ",v" + std::to_string(i);
+  return source + (delivers ? "){f(" + body + ");};})()" : "){return " + body + ";};})()");
 }
 
-napi_value makeFactory(napi_env env, const char* event_name, std::span<const char* const> keys) {
-  const std::string source = factorySource(event_name, keys);
+namespace {
+
+napi_value makeFactory(napi_env env, bool delivers, const char* event_name, std::span<const char* const> keys) {
+  const std::string source = factorySource(delivers, event_name, keys);
   napi_value script = nullptr;
   napi_value factory = nullptr;
   if (napi_create_string_utf8(env, source.data(), source.size(), &script) != napi_ok ||
@@ -61,20 +61,35 @@ napi_value makeFactory(napi_env env, const char* event_name, std::span<const cha
   return factory;
 }
 
-// The function for this sequence of keys; literals are compared by pointer, so that a look-up reads no text.
-napi_value findFactory(napi_env env, EnvironmentData& data, const char* event_name, std::span<const char* const> keys) {
-  const void* first = event_name != nullptr ? event_name : (keys.empty() ? nullptr : keys.front());
+bool makesThese(const EnvironmentData::Factory& factory, bool delivers, const char* event_name,
+                std::span<const char* const> keys) {
+  return factory.delivers == delivers && factory.event_name == event_name && std::ranges::equal(factory.keys, keys);
+}
+
+const EnvironmentData::Factory* findOrMakeFactory(napi_env env, EnvironmentData& data, const void* first, bool delivers,
+                                                  const char* event_name, std::span<const char* const> keys) {
   auto& candidates = data.factories[first];
   for (const auto& candidate : candidates) {
-    if (candidate.event_name != event_name || !std::ranges::equal(candidate.keys, keys)) continue;
-    napi_value factory = nullptr;
-    return napi_get_reference_value(env, candidate.function, &factory) == napi_ok ? factory : nullptr;
+    if (makesThese(candidate, delivers, event_name, keys)) return &candidate;
   }
-  napi_value factory = makeFactory(env, event_name, keys);
+  napi_value factory = makeFactory(env, delivers, event_name, keys);
   napi_ref reference = nullptr;
-  if (factory == nullptr || napi_create_reference(env, factory, 1, &reference) != napi_ok) return factory;
-  candidates.push_back({event_name, {keys.begin(), keys.end()}, reference});
-  return factory;
+  if (factory == nullptr || napi_create_reference(env, factory, 1, &reference) != napi_ok) return nullptr;
+  return &candidates.emplace_back(
+      EnvironmentData::Factory{delivers, event_name, {keys.begin(), keys.end()}, reference});
+}
+
+// The function for this sequence of keys; literals are compared by pointer, so that a look-up reads no text.
+napi_value findFactory(napi_env env, EnvironmentData& data, bool delivers, const char* event_name,
+                       std::span<const char* const> keys) {
+  const void* first = event_name != nullptr ? event_name : (keys.empty() ? nullptr : keys.front());
+  auto& recent = data.recent[reinterpret_cast<uintptr_t>(first) / 16 % data.recent.size()];
+  if (recent == nullptr || !makesThese(*recent, delivers, event_name, keys)) {
+    recent = findOrMakeFactory(env, data, first, delivers, event_name, keys);
+    if (recent == nullptr) return nullptr;
+  }
+  napi_value factory = nullptr;
+  return napi_get_reference_value(env, recent->function, &factory) == napi_ok ? factory : nullptr;
 }
 
 void raise(napi_env env) {
@@ -86,35 +101,6 @@ bool isAscii(std::string_view text) {
 }
 
 }  // namespace
-
-Payload::Payload(napi_env env, const char* event_name)
-    : env_(env),
-      event_name_(event_name),
-      data_(EnvironmentData::of(env)),
-      first_key_(data_.keys.size()),
-      first_value_(data_.values.size()) {}
-
-Payload::Payload(napi_env env) : Payload(env, nullptr) {}
-
-Payload::~Payload() {
-  data_.keys.resize(first_key_);
-  data_.values.resize(first_value_);
-}
-
-void Payload::open(const char* key) {
-  data_.keys.push_back(kOpen);
-  data_.keys.push_back(key);
-}
-
-void Payload::close() {
-  data_.keys.push_back(kClose);
-}
-
-void Payload::add(const char* key, napi_value value) {
-  if (value == nullptr) napi_get_undefined(env_, &value);
-  data_.keys.push_back(key);
-  data_.values.push_back(value);
-}
 
 napi_value Payload::integerValue(int32_t value) {
   napi_value result = nullptr;
@@ -158,18 +144,34 @@ void Payload::numbers(const char* key, const float* values, size_t count) {
 }
 
 napi_value Payload::finish() {
-  const std::span<const char* const> keys(data_.keys.data() + first_key_, data_.keys.size() - first_key_);
-  const std::span<const napi_value> values(data_.values.data() + first_value_, data_.values.size() - first_value_);
-  napi_value result = nullptr;
-  napi_value factory = findFactory(env_, data_, event_name_, keys);
-  napi_value undefined = nullptr;
-  napi_get_undefined(env_, &undefined);
-  if (factory == nullptr ||
-      napi_call_function(env_, undefined, factory, values.size(), values.data(), &result) != napi_ok) {
-    raise(env_);
+  return make(nullptr);
+}
+
+void Payload::deliver(napi_value function) {
+  make(function);
+}
+
+// Makes the object and hands it to `function`, or answers it when there is none.
+napi_value Payload::make(napi_value function) {
+  if (key_count_ > kCapacity) {
+    napi_throw_range_error(env_, nullptr, "a payload has more keys than its writer holds");
     return nullptr;
   }
-  return result;
+  const std::span<const char* const> keys(keys_.data(), key_count_);
+  napi_value undefined = nullptr;
+  napi_get_undefined(env_, &undefined);
+  for (size_t i = 1; i < value_count_; ++i) {
+    if (values_[i] == nullptr) values_[i] = undefined;
+  }
+  values_[0] = function != nullptr ? function : undefined;
+  napi_value factory = findFactory(env_, EnvironmentData::of(env_), function != nullptr, event_name_, keys);
+  napi_value result = nullptr;
+  napi_status status = napi_generic_failure;
+  if (factory != nullptr) status = napi_call_function(env_, undefined, factory, value_count_, values_.data(), &result);
+  if (status == napi_ok) return result;
+  // An exception of the called function stays pending: the host reports it as uncaught.
+  if (status != napi_pending_exception) raise(env_);
+  return nullptr;
 }
 
 napi_value makeText(napi_env env, std::string_view text) {
@@ -181,14 +183,6 @@ napi_value makeText(napi_env env, std::string_view text) {
                                             : napi_create_string_utf8(env, shown.data(), shown.size(), &result);
   if (status != napi_ok) raise(env);
   return result;
-}
-
-void callWithEvent(napi_env env, napi_value function, napi_value event) {
-  if (event == nullptr || function == nullptr) return;
-  napi_value undefined = nullptr;
-  napi_get_undefined(env, &undefined);
-  // An exception of the callback stays pending: the host reports it as uncaught.
-  napi_call_function(env, undefined, function, 1, &event, nullptr);
 }
 
 }  // namespace corvane

@@ -7,22 +7,22 @@
 
 #include <napi.h>
 
+#include <array>
 #include <concepts>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
 
 namespace corvane {
 
 class Payload {
  public:
   /// The payload of an event: finish() gives {"Type": event_name, "Object": {...}}.
-  Payload(napi_env env, const char* event_name);
+  Payload(napi_env env, const char* event_name) : env_(env), event_name_(event_name) {}
   /// A plain object, such as an element of a list.
-  explicit Payload(napi_env env);
-  ~Payload();
+  explicit Payload(napi_env env) : Payload(env, nullptr) {}
   Payload(const Payload&) = delete;
   Payload& operator=(const Payload&) = delete;
 
@@ -73,11 +73,32 @@ class Payload {
 
   /// The finished object, or null when the host refused to make it (its exception is pending then).
   napi_value finish();
+  /// Calls `function` with undefined as its receiver and the finished object as its one argument. Its exception stays
+  /// pending. Costs one call into JavaScript where finish() and a call of one's own cost two.
+  void deliver(napi_value function);
 
  private:
-  void open(const char* key);
-  void close();
-  void add(const char* key, napi_value value);
+  napi_value make(napi_value function);
+  // The largest payload, a remote stream's statistics, has 46 keys and marks.
+  static constexpr size_t kCapacity = 64;
+  // Marks in the sequence of keys: the next key opens a nested object, or the innermost one ends.
+  static constexpr char kOpen[] = "{";
+  static constexpr char kClose[] = "}";
+
+  void open(const char* key) {
+    addKey(kOpen);
+    addKey(key);
+  }
+  void close() { addKey(kClose); }
+  void add(const char* key, napi_value value) {
+    addKey(key);
+    if (value_count_ < kCapacity) values_[value_count_++] = value;
+  }
+  // What does not fit is left out, which finish() reports.
+  void addKey(const char* key) {
+    if (key_count_ < kCapacity) keys_[key_count_] = key;
+    ++key_count_;
+  }
   napi_value integerValue(int32_t value);
   napi_value numberValue(double value);
   napi_value booleanValue(bool value);
@@ -85,19 +106,18 @@ class Payload {
   napi_value newArray(size_t length);
   void setElement(napi_value array, uint32_t index, napi_value value);
 
+  friend std::string factorySource(bool delivers, const char* event_name, std::span<const char* const> keys);
+
   napi_env env_;
   const char* event_name_;
-  // The gathered keys (with marks for nesting) and values live in scratch space shared by all payloads of the
-  // environment; a nested writer uses what lies behind its outer one's.
-  struct EnvironmentData& data_;
-  size_t first_key_;
-  size_t first_value_;
+  size_t key_count_ = 0;
+  size_t value_count_ = 1;  // the first value is kept free for the function that is called
+  // Written as far as they are counted.
+  std::array<const char*, kCapacity> keys_;
+  std::array<napi_value, kCapacity> values_;
 };
 
 /// Text up to its first zero byte as a JavaScript string.
 napi_value makeText(napi_env env, std::string_view text);
-
-/// Calls `function` with undefined as its receiver and `event` as its one argument. A null event calls nothing.
-void callWithEvent(napi_env env, napi_value function, napi_value event);
 
 }  // namespace corvane

@@ -84,9 +84,7 @@ size_t writeHeader(char* line, int32_t level) {
 void writeFile(const char* line, size_t length) {
   const std::lock_guard<std::mutex> lock(g_fileLock);
   FILE* file = g_logFile.load(std::memory_order_relaxed);
-  if (file == nullptr) return;
-  std::fwrite(line, 1, length, file);
-  std::fflush(file);
+  if (file != nullptr) platform::writeAndFlush(file, line, length);
 }
 
 void writeLine(int32_t level, const char* format, va_list arguments) {

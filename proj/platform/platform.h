@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 namespace corvane::platform {
@@ -28,6 +29,9 @@ void nameCurrentThread(const char* name);
 
 /// The per-user folder for application data, without a separator at its end; empty when there is none.
 std::string applicationDataFolder();
+
+/// Writes `size` bytes and flushes. The caller sees to it that no other thread uses the stream.
+void writeAndFlush(FILE* stream, const char* bytes, size_t size);
 
 bool pathExists(const char* path);
 bool makeFolder(const char* path);

@@ -36,7 +36,7 @@ class PlayerEvents {
         LogWrite(kLogInfo, "[%s] , +callback", event);
         Payload payload(env, event);
         fill(payload);
-        callWithEvent(env, function, payload.finish());
+        payload.deliver(function);
         LogWrite(kLogInfo, "%s, -callback", event);
       }));
     }

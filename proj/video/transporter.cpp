@@ -70,12 +70,8 @@ void KavRTCTransporter::deinitialize() {
 
 int32_t KavRTCTransporter::postEvent(EventRecord record) {
   if (!initialized_.load(std::memory_order_relaxed)) return kPostCancelled;
-  Channel channel;
-  {
-    const std::lock_guard<std::mutex> lock(channel_mutex_);
-    channel = channel_;
-  }
-  return channel.post(std::move(record));
+  const std::lock_guard<std::mutex> lock(channel_mutex_);
+  return channel_.post(std::move(record));
 }
 
 bool KavRTCTransporter::processVideoFrame(rtc::IVideoFrame* frame, int32_t kind, std::string_view key1,
@@ -263,7 +259,7 @@ void KavRTCTransporter::deliverBatch(napi_env env, napi_value function) {
     Payload message(env);
     message.put("type", makeText(env, "GroupVideoFrame"));
     message.put("group", batch.group());
-    callWithEvent(env, function, message.finish());
+    message.deliver(function);
   }
   LogWrite(kLogDetail, "[Node], -callback");
 }

@@ -14,7 +14,7 @@ void KavRTCObserver::processAudioFrame(const char* event, const rtc::IAudioFrame
     LogWrite(kLogDetail, "[%s] , +callback", event);
     Payload payload(env, event);
     frame.put(payload);
-    callWithEvent(env, function, payload.finish());
+    payload.deliver(function);
     LogWrite(kLogDetail, "[%s], -callback", event);
   };
   const int32_t status = KavRTCTransporter::instance().postEvent(EventRecord::callable(std::move(deliver)));

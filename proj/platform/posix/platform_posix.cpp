@@ -45,6 +45,11 @@ std::string applicationDataFolder() {
   return home == nullptr ? std::string() : std::string(home) + "/.config";
 }
 
+void writeAndFlush(FILE* stream, const char* bytes, size_t size) {
+  ::fwrite_unlocked(bytes, 1, size, stream);
+  ::fflush_unlocked(stream);
+}
+
 bool pathExists(const char* path) {
   return ::access(path, F_OK) == 0;
 }

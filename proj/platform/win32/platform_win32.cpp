@@ -43,6 +43,11 @@ std::string applicationDataFolder() {
   return folder;
 }
 
+void writeAndFlush(FILE* stream, const char* bytes, size_t size) {
+  std::fwrite(bytes, 1, size, stream);
+  std::fflush(stream);
+}
+
 bool pathExists(const char* path) {
   return ::_access(path, 0) == 0;
 }
