@@ -6,9 +6,9 @@ namespace corvane {
 
 std::span<const std::span<const Row>> videoTables() {
   static const std::array tables{
-      lifecycleRows(),  sinkRows(),        captureRows(), audioRows(),          messageRows(), deviceRows(),
-      deviceTestRows(), audioMixingRows(), effectRows(),  zoomRows(),           networkRows(), musicRows(),
-      scoringRows(),    recordingRows(),   screenRows(),  externalSourceRows(),
+      lifecycleRows(),  sinkRows(),        captureRows(), audioRows(),          messageRows(),      deviceRows(),
+      deviceTestRows(), audioMixingRows(), effectRows(),  zoomRows(),           networkRows(),      musicRows(),
+      scoringRows(),    recordingRows(),   screenRows(),  externalSourceRows(), streamMixingRows(),
   };
   return tables;
 }

@@ -23,6 +23,7 @@ std::span<const Row> scoringRows();
 std::span<const Row> recordingRows();
 std::span<const Row> screenRows();
 std::span<const Row> externalSourceRows();
+std::span<const Row> streamMixingRows();
 
 /// All of them.
 std::span<const std::span<const Row>> videoTables();
