@@ -71,13 +71,31 @@ void runTested(Call& call, FindOwner find_owner) {
   call.row.run(call);
 }
 
+// Methods of this thread that have not returned yet: more than one when a getter of an argument calls another.
+thread_local int32_t methods_running = 0;
+
+class Running {
+ public:
+  Running() { ++methods_running; }
+  ~Running() { --methods_running; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+};
+
 void runUnavailable(Call& call) {
   call.say(kLogWarning, "%s(%d), not available yet");
 }
 
 }  // namespace
 
+bool refusesToEnd(const Call& call) {
+  if (methods_running < 2) return false;
+  call.say(kLogWarning, "%s(%d), called while the arguments of another call are read");
+  return true;
+}
+
 napi_value dispatch(Call& call, FindOwner find_owner) {
+  const Running running;
   if (call.row.bare) {
     call.row.run(call);
     return answerOf(call);

@@ -100,6 +100,10 @@ class Call {
 /// Finds the owner of a class's methods, or logs why there is none and returns null.
 using FindOwner = void* (*)(const Call& call);
 
+/// For methods that end an engine or a room: true, with a line in the log, when the call came from inside another
+/// method's reading of its arguments (a getter, a proxy), which would go on with an object that is gone.
+bool refusesToEnd(const Call& call);
+
 /// Walks one row. Never throws on purpose; a pending exception is one that the host's conversions left.
 napi_value dispatch(Call& call, FindOwner find_owner);
 

@@ -43,7 +43,7 @@ void createRTCVideo(Call& call) {
 }
 
 void destroyRTCVideo(Call& call) {
-  call.result = videoOf(call).destroyRTCVideo();
+  if (!refusesToEnd(call)) call.result = videoOf(call).destroyRTCVideo();
 }
 
 void setRuntimeParameters(Call& call) {

@@ -135,6 +135,21 @@ test('one object ends the engine for all of them', () => {
   assert.strictEqual(engine.calls().length, 0, 'nobody calls an engine that is gone');
 });
 
+test('a getter cannot end the engine or the room that its caller is about to call', () => {
+  const made = createEngine();
+  const room = new sdk.xoRTCRoom('room', () => {});
+  const results = [];
+  const ending = (end) => ({ get width() { results.push(end()); return 1; }, height: 2, frame_rate: 3, capture_preference: 0 });
+  engine.clear();
+  assert.strictEqual(made.video.setVideoCaptureConfig(ending(() => made.video.destroyRTCVideo())), 0);
+  assert.strictEqual(room.setRemoteVideoConfig('u', { get framerate() { results.push(room.destroy()); return 15; } }), 0);
+  assert.deepStrictEqual(results, [-1, -1]);
+  assert.strictEqual(engine.countCalls('IRTCVideo.setVideoCaptureConfig'), 1);
+  assert.strictEqual(engine.countCalls('IRTCRoom.setRemoteVideoConfig'), 1);
+  assert.strictEqual(room.destroy(), 0);
+  assert.strictEqual(made.destroy(), 0);
+});
+
 test('a callback that throws does not stop later events', async () => {
   const seen = [];
   const thrown = [];
