@@ -65,16 +65,18 @@ function onMessage(message) {
     return;
   }
   if (message.Type === 'onLocalVideoSizeChanged') onSizeChanged(message.Object.info);
-  if (message.Type === 'onLocalVideoStateChanged' && message.Object.error !== 0) {
-    failure = `the clip could not be captured: ${sdk.getErrorDescription(message.Object.error) || message.Object.error}`;
-    finish();
-  }
+  if (message.Type === 'onError') fail(`the clip could not be captured: ${describe(message.Object.err)}`);
+}
+
+const describe = (code) => sdk.getErrorDescription(code) || `error ${code}`;
+
+function fail(reason) {
+  failure = reason;
+  finish();
 }
 
 function check(what, result) {
-  if (result === 0) return;
-  failure = `${what} failed: ${sdk.getErrorDescription(result) || result}`;
-  finish();
+  if (result !== 0) fail(`${what} failed: ${describe(result)}`);
 }
 
 function progress() {
