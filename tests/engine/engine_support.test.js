@@ -1,0 +1,124 @@
+'use strict';
+// docs/engine-support.md says what the embedded engine can do. Every method is called with right arguments, and what
+// comes of it has to be what the table says: an operation that is added, or lost, needs its row changed.
+
+const assert = require('node:assert');
+const fs = require('node:fs');
+const os = require('node:os');
+const path = require('node:path');
+const { test } = require('node:test');
+
+const sdk = require('../..');
+const { readLog } = require('../module/support/log_file.js');
+const { endProcessAfterTests } = require('../module/support/process_end.js');
+const { Samples } = require('../package/support/samples.js');
+const { methodsOf } = require('../package/support/typings.js');
+
+const kNotSupported = -1001;
+const page = path.join(__dirname, '../../docs/engine-support.md');
+const logFolder = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-test-'));
+
+/** What becomes of a call, by the states of the page. */
+const outcomes = {
+  works: 'done',
+  partly: 'done',
+  "the module's own": 'done',
+  'not supported': 'not supported',
+  'not in the module yet': 'not in the module yet',
+};
+
+/** The page's rows: { 'class.method': outcome }. */
+function readPage() {
+  const rows = {};
+  let className;
+  for (const line of fs.readFileSync(page, 'utf8').split('\n')) {
+    if (line.startsWith('## ')) className = /^## `(\w+)`$/.exec(line)?.[1];
+    const [, method, state] = /^\| `(\w+)` \| ([^|]+) \|/.exec(line) ?? [];
+    if (className === undefined || method === undefined) continue;
+    const name = `${className}.${method}`;
+    assert.ok(state in outcomes, `${name}: there is no state "${state}"`);
+    assert.ok(!(name in rows), `${name} has two rows`);
+    rows[name] = outcomes[state];
+  }
+  return rows;
+}
+
+/** Arguments where samples made from the types alone would be refused, or would not reach the operation. */
+const picture = {
+  ...{ pixel_fmt: 1, color_space: 0, timestamp_ms: 1, width: 64, height: 2, rotation: 0, linesize: [64, 32, 32] },
+  data: [Buffer.alloc(128), Buffer.alloc(32), Buffer.alloc(32)],
+  ...{ extra_data: Buffer.alloc(0), supplementary_info: Buffer.alloc(0) },
+};
+const sound = { sample_rate: 48000, channel: 2, timestamp_ms: 1, data: Buffer.alloc(1920) };
+const fitting = {
+  setVideoCaptureDevice: ['test:ball'],
+  setVideoCaptureConfig: [{ capture_preference: 1, width: 320, height: 180, frame_rate: 15 }],
+  setLocalVideoSink: [0, 1],
+  unsetLocalVideoSink: [0],
+  pushExternalVideoFrame: [picture],
+  pushExternalAudioFrame: [sound],
+  sendUserBinaryMessageOutsideRoom: ['user', 1, Buffer.alloc(1), 0],
+  sendServerBinaryMessage: [1, Buffer.alloc(1)],
+  sendUserBinaryMessage: ['user', 1, Buffer.alloc(1), 0],
+  sendRoomBinaryMessage: [1, Buffer.alloc(1)],
+};
+
+/** Operations that the engine's own log tells to be missing. Each is told once, so this is asked when all were called. */
+function refusedByEngine() {
+  const files = fs.readdirSync(logFolder).filter((name) => name.includes('_corvane_rtc_'));
+  const text = files.map((name) => fs.readFileSync(path.join(logFolder, name), 'utf8')).join('');
+  return new Set([...text.matchAll(/ W (\w+): the engine does not offer this operation$/gm)].map(([, name]) => name));
+}
+
+/** What one call shows by its result and its lines. The engine's log knows of the others. */
+function outcomeOf(method, result, lines) {
+  if (lines.some((line) => line.endsWith('not available yet'))) return 'not in the module yet';
+  if (result === kNotSupported || lines.some((line) => /is (nullptr|null)$/.test(line))) return 'not supported';
+  return `done: ${JSON.stringify(result)}`;
+}
+
+const skipped = ['createRTCVideo', 'destroyRTCVideo'];
+
+function callAll(className, object) {
+  const samples = new Samples();
+  const found = {};
+  for (const [method, [signature]] of methodsOf(className)) {
+    if (skipped.includes(method)) continue;
+    const args = fitting[method] ?? samples.argumentsOf(signature).map(([, value]) => value);
+    const before = readLog(logFolder).length;
+    const result = object[method](...args);
+    const lines = readLog(logFolder)
+      .slice(before)
+      .map(({ text }) => text)
+      .filter((text) => text.startsWith(`${method}(`));
+    found[`${className}.${method}`] = outcomeOf(method, result, lines);
+  }
+  return found;
+}
+
+endProcessAfterTests(() => fs.rmSync(logFolder, { recursive: true, force: true }));
+
+test('the page tells of every method what the embedded engine makes of it', () => {
+  sdk.setLogConfig({ log_path: logFolder, log_level: -1, log_file_size: 10, log_filename_prefix: 'test' });
+  const video = new sdk.xoRTCVideo();
+  const found = { 'xoRTCVideo.createRTCVideo': `done: ${video.createRTCVideo('app-id', () => {}, '{}')}` };
+  Object.assign(found, callAll('xoRTCVideo', video));
+  const room = new sdk.xoRTCRoom('room', () => {});
+  const hasRoom = room.isRoomCreated();
+  Object.assign(found, callAll('xoRTCRoom', room));
+  Object.assign(found, callAll('xoRTCAudioEffectPlayer', new sdk.xoRTCAudioEffectPlayer(() => {})));
+  Object.assign(found, callAll('xoRTCMediaPlayer', new sdk.xoRTCMediaPlayer(0, () => {})));
+  // Without an engine room it has nothing to end, and nothing to say.
+  if (!hasRoom) found['xoRTCRoom.destroy'] = 'not supported';
+  found['xoRTCVideo.destroyRTCVideo'] = `done: ${video.destroyRTCVideo()}`;
+
+  for (const operation of refusedByEngine()) {
+    const name = `xoRTCVideo.${operation}`;
+    if (name in found) found[name] = 'not supported';
+  }
+  // What is done has a result that no failure has.
+  for (const [name, outcome] of Object.entries(found)) {
+    if (/^done: (undefined|0|true|false|".*"|\[.+\])$/.test(outcome)) found[name] = 'done';
+  }
+  assert.deepStrictEqual(readPage(), found);
+});
