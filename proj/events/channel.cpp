@@ -8,7 +8,6 @@ namespace corvane {
 class Channel::Queue {
  public:
   int32_t post(EventRecord record) {
-    if (!record) return kPosted;
     EventRecord::Body* body = record.release();
     napi_status status = napi_closing;
     {
@@ -24,7 +23,11 @@ class Channel::Queue {
     const std::unique_ptr<EventRecord::Body> owner(body);
     // Without an environment the queue is being emptied: the record goes undelivered.
     if (static_cast<napi_env>(env) == nullptr || function.IsEmpty()) return;
-    body->deliver(env, function);
+    if (body != nullptr) {
+      body->deliver(env, function);
+    } else {
+      napi_call_function(env, env.Undefined(), function, 0, nullptr, nullptr);
+    }
   }
 
   void close() {
@@ -47,10 +50,10 @@ Channel Channel::open(Napi::Env env, const Napi::Function& function, const char*
   auto* held = new std::shared_ptr<Queue>(queue);  // freed by the finaliser below
   queue->function_ = Queue::Function::New(
       env, function, Napi::Object::New(env), resource_name, 0, 1, queue.get(),
-      [](Napi::Env, std::shared_ptr<Queue>* closing, Queue*) {
+      [](Napi::Env ending, std::shared_ptr<Queue>* closing, Queue*) {
         const std::unique_ptr<std::shared_ptr<Queue>> owner(closing);
         (*closing)->close();
-        if ((*closing)->finalizer_ != nullptr) (*closing)->finalizer_();
+        if ((*closing)->finalizer_ != nullptr) (*closing)->finalizer_(ending);
       },
       held);
   if (static_cast<napi_threadsafe_function>(queue->function_) == nullptr) {

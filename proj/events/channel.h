@@ -18,7 +18,7 @@ inline constexpr int32_t kPostCancelled = napi_cancelled;
 class Channel {
  public:
   /// Runs on the JavaScript thread when the environment tears the channel down.
-  using Finalizer = void (*)();
+  using Finalizer = void (*)(napi_env env);
 
   /// No channel: posts answer the host's status for an invalid one.
   Channel() = default;

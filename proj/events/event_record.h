@@ -36,6 +36,7 @@ class EventRecord {
     virtual void deliver(napi_env env, napi_value function) = 0;
   };
 
+  /// Stands for a call without arguments.
   EventRecord() = default;
   explicit EventRecord(std::unique_ptr<Body> body) : body_(std::move(body)) {}
 
@@ -52,7 +53,6 @@ class EventRecord {
     return EventRecord(std::make_unique<CallableBody<Deliver>>(std::move(deliver)));
   }
 
-  explicit operator bool() const { return body_ != nullptr; }
   /// For the channel's queue, which carries plain pointers.
   Body* release() { return body_.release(); }
 

@@ -14,7 +14,7 @@ namespace {
 constexpr char kClassName[] = "KavRTCRoom";
 
 // When an environment ends, its rooms' events end, and with the one gate those of every other environment.
-void onChannelFinalized() {
+void onChannelFinalized(napi_env) {
   static constexpr char kLine[] = "KavRTCRoom tsfn Finalizer. ";
   std::cout << kLine << std::endl;
   LogWrite(kLogInfo, kLine);

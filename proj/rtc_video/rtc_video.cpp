@@ -32,10 +32,10 @@ class Instances {
     const std::lock_guard<std::mutex> lock(mutex_);
     return videos_.empty() ? nullptr : videos_.back();
   }
-  // The engine is gone: nobody may call it any more.
-  void forgetEngine() {
+  template <class Visit>
+  void forEach(Visit visit) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    for (KavRTCVideo* video : videos_) video->m_pRtcVideo = nullptr;
+    for (KavRTCVideo* video : videos_) visit(*video);
   }
 
  private:
@@ -66,10 +66,22 @@ KavRTCVideo* KavRTCVideo::getInstance() {
   return instances().newest();
 }
 
+void KavRTCVideo::shareEventHandler() {
+  const KavRTCVideo* newest = getInstance();
+  KavRTCTransporter::instance().setEventHandler(newest == nullptr ? nullptr : newest->event_handler_.get());
+}
+
+void KavRTCVideo::endEngine() {
+  rtc::destroyRTCVideo();
+  instances().forEach([](KavRTCVideo& video) {
+    video.m_pRtcVideo = nullptr;
+    video.handlers_in_use_ = false;
+  });
+}
+
 KavRTCVideo::KavRTCVideo(const Napi::CallbackInfo& info) : Napi::ObjectWrap<KavRTCVideo>(info) {
   instances().add(this);
-  // The newest object's handler counts, and it has none yet.
-  KavRTCTransporter::instance().setEventHandler(nullptr);
+  shareEventHandler();
   std::ostringstream trace;
   trace << "KavRTCVideo constructor: " << static_cast<void*>(this);
   printLine(trace.str());
@@ -81,8 +93,9 @@ KavRTCVideo::~KavRTCVideo() {
   std::ostringstream trace;
   trace << "KavRTCVideo destructure: " << static_cast<void*>(this) << " isDestroyRTCVideo:" << needs_teardown;
   printLine(trace.str());
-  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(nullptr);
+  if (handlers_in_use_) endEngine();
   instances().remove(this);
+  shareEventHandler();
   transcoding_observer_.reset();
   observer_.reset();
   event_handler_.reset();
@@ -102,6 +115,7 @@ int32_t KavRTCVideo::createRTCVideo(const Call& call) {
     call.say(kLogInfo, "%s(%d), CreateKavRTCVideo failed.");
     return -1;
   }
+  handlers_in_use_ = true;
   m_pRtcVideo->registerAudioFrameObserver(observer_.get());
   registerKtvHandlers(call);
   return 0;
@@ -120,7 +134,7 @@ void KavRTCVideo::createHandlers() {
     observer_ = std::make_unique<KavRTCObserver>();
     LogWrite(kLogInfo, "KavRTCObserver constructor");
   }
-  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(event_handler_.get());
+  shareEventHandler();
 }
 
 void KavRTCVideo::registerKtvHandlers(const Call& call) {
@@ -144,13 +158,12 @@ int32_t KavRTCVideo::destroyRTCVideo() {
   printLine(kName);
   if (m_pRtcVideo == nullptr) return -1;
 
-  rtc::destroyRTCVideo();
+  endEngine();
   clearSinks();
-  if (getInstance() == this) KavRTCTransporter::instance().setEventHandler(nullptr);
   transcoding_observer_.reset();
   event_handler_.reset();
+  shareEventHandler();
   observer_.reset();
-  instances().forgetEngine();
   LogWrite(kLogInfo, "%s(%d), ", kName, __LINE__);
   CloseDstFile();
   return 0;

@@ -47,10 +47,18 @@ class KavRTCVideo final : public Napi::ObjectWrap<KavRTCVideo> {
   std::string midi_filepath;
 
  private:
+  /// Gives the transporter the newest object's event handler, which is the one that counts.
+  static void shareEventHandler();
+
+  /// Ends the library's engine; no object may call it any more.
+  static void endEngine();
+
   void createHandlers();
   void registerKtvHandlers(const Call& call);
   void clearSinks();
 
+  /// An engine that was made with this object's handlers lives, though m_pRtcVideo may be null: a later attempt failed.
+  bool handlers_in_use_ = false;
   std::list<std::unique_ptr<LocalVideoSink>> local_sinks_;
   std::list<std::unique_ptr<RemoteVideoSink>> remote_sinks_;
   std::list<std::unique_ptr<PublicStreamVideoSink>> public_sinks_;

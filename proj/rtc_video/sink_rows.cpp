@@ -110,7 +110,7 @@ bool readRegistration(const Call& call, Reader& reader, BufferRegistration& regi
   registration.stream_type = reader.string(values[0]);
   const int32_t width = reader.int32(values[1]);
   const int32_t height = reader.int32(values[2]);
-  if (width != 0 || height != 0) registration.buffer = DestinationBuffer(call.env, values[3], width, height);
+  registration.buffer = DestinationBuffer(call.env, values[3], width, height);
   return true;
 }
 
@@ -118,7 +118,8 @@ void setLocalVideoBuffer(Call& call) {
   Reader reader(call.env);
   BufferRegistration registration;
   if (!readRegistration(call, reader, registration)) return;
-  KavRTCTransporter::instance().buffers().setLocal(std::move(registration.stream_type), std::move(registration.buffer));
+  KavRTCTransporter::instance().setLocalVideoBuffer(std::move(registration.stream_type),
+                                                    std::move(registration.buffer));
   call.result = 0;
 }
 
@@ -127,8 +128,8 @@ void setRemoteVideoBuffer(Call& call) {
   napi_value user_id = readKey(call, reader, kUserKey);
   BufferRegistration registration;
   if (user_id == nullptr || !readRegistration(call, reader, registration)) return;
-  KavRTCTransporter::instance().buffers().setRemote(reader.string(user_id), std::move(registration.stream_type),
-                                                    std::move(registration.buffer));
+  KavRTCTransporter::instance().setRemoteVideoBuffer(reader.string(user_id), std::move(registration.stream_type),
+                                                     std::move(registration.buffer));
   call.result = 0;
 }
 

@@ -15,6 +15,7 @@ const DestinationBuffer& findOrMake(FrameBuffers::ByStreamType& buffers, std::st
 
 DestinationBuffer::DestinationBuffer(napi_env env, napi_value buffer, int32_t width, int32_t height)
     : env_(env), width_(width), height_(height) {
+  if (width == 0 && height == 0) return;
   if (napi_create_reference(env, buffer, 1, &buffer_) != napi_ok) buffer_ = nullptr;
 }
 
@@ -26,7 +27,8 @@ DestinationBuffer::DestinationBuffer(DestinationBuffer&& other) noexcept
 
 DestinationBuffer& DestinationBuffer::operator=(DestinationBuffer&& other) noexcept {
   if (this == &other) return *this;
-  drop();
+  // Only the buffer's own thread may drop it; after a registration in another environment it stays until its own ends.
+  if (isOf(other.env_)) drop();
   env_ = other.env_;
   buffer_ = std::exchange(other.buffer_, nullptr);
   width_ = std::exchange(other.width_, 0);
@@ -61,6 +63,13 @@ void FrameBuffers::setLocal(std::string stream_type, DestinationBuffer buffer) {
 
 void FrameBuffers::setRemote(std::string user_id, std::string stream_type, DestinationBuffer buffer) {
   remote_[std::move(user_id)][std::move(stream_type)] = std::move(buffer);
+}
+
+void FrameBuffers::forget(napi_env env) {
+  const auto registered_there = [env](const auto& entry) { return entry.second.isOf(env); };
+  std::erase_if(local_, registered_there);
+  for (auto& user : remote_) std::erase_if(user.second, registered_there);
+  std::erase_if(remote_, [](const auto& user) { return user.second.empty(); });
 }
 
 const DestinationBuffer& FrameBuffers::local(std::string_view stream_type) {

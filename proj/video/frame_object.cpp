@@ -2,6 +2,8 @@
 
 #include <libyuv.h>
 
+#include <optional>
+
 #include "events/payload.h"
 #include "log/log.h"
 #include "video/frame_memory.h"
@@ -40,19 +42,13 @@ void logMissingPixels() {
   if (occurrences++ % 30 != 0) LogWrite(kLogInfo, "%s(%d), yuv data is nullptr", "addVideoObject", __LINE__);
 }
 
-struct Destination {
-  bool matches = true;
-  DestinationBuffer::Memory memory;
-};
-
-Destination findDestination(const FrameObjectContext& context, const FrameSlot& slot, const I420Planes& planes) {
+// What is registered for the frame's size, with or without memory; nothing when no registration has it.
+std::optional<DestinationBuffer::Memory> findDestination(const FrameObjectContext& context, const FrameSlot& slot,
+                                                         const I420Planes& planes) {
   const DestinationBuffer& buffer =
       isRemote(slot) ? context.buffers.remote(slot.user_id, slot.event_name) : context.buffers.local(slot.event_name);
-  if (buffer.width() != planes.stride[0] || buffer.height() != planes.height) return {false, {}};
-  const DestinationBuffer::Memory memory = buffer.memory(context.env);
-  // A buffer shorter than its frames would be written past its end.
-  if (memory.data != nullptr && memory.size < planes.packedSize()) return {false, {}};
-  return {true, memory};
+  if (buffer.width() != planes.stride[0] || buffer.height() != planes.height) return std::nullopt;
+  return buffer.memory(context.env);
 }
 
 void putPixels(Payload& object, const I420Planes& planes, int64_t timestamp_us, DestinationBuffer::Memory memory) {
@@ -92,23 +88,27 @@ napi_value buildFrameObject(const FrameObjectContext& context, FrameSlot& slot) 
   const rtc::IVideoFrame& frame = *slot.frame;
   const int32_t format = slot.format == rtc::kVideoPixelFormatRGBA ? slot.format : frame.pixelFormat();
   const int64_t timestamp_us = frame.timestampUs();
-  I420Planes planes = readPlanes(frame);
+  const I420Planes engine_planes = readPlanes(frame);
 
-  Destination destination;
-  if (wantsBuffer(slot)) {
-    destination = findDestination(context, slot, planes);
-    if (!destination.matches) {
-      tellSize(context, slot, planes);
-      return nullptr;
-    }
+  std::optional<DestinationBuffer::Memory> destination = DestinationBuffer::Memory{};
+  if (wantsBuffer(slot)) destination = findDestination(context, slot, engine_planes);
+  if (!destination.has_value()) {
+    tellSize(context, slot, engine_planes);
+    return nullptr;
   }
-  if (!planes.complete()) {
+  if (!engine_planes.complete()) {
     slot.frame.reset();
     logMissingPixels();
     return nullptr;
   }
 
+  I420Planes planes = engine_planes;
   const std::unique_ptr<uint8_t[]> turned = context.apply_rotation ? rotateUpright(planes) : nullptr;
+  // A buffer shorter than what goes into it would be written past its end.
+  if (format == rtc::kVideoPixelFormatI420 && destination->data != nullptr && destination->size < planes.packedSize()) {
+    tellSize(context, slot, engine_planes);
+    return nullptr;
+  }
   Payload object(context.env, slot.event_name);
   object.put("channel_id", slot.channel_id);
   object.put("user_id", slot.user_id);
@@ -116,7 +116,7 @@ napi_value buildFrameObject(const FrameObjectContext& context, FrameSlot& slot) 
   object.put("task_id", slot.task_id);
   object.put("format", format);
   object.put("rotation", planes.rotation);
-  if (format == rtc::kVideoPixelFormatI420) putPixels(object, planes, timestamp_us, destination.memory);
+  if (format == rtc::kVideoPixelFormatI420) putPixels(object, planes, timestamp_us, *destination);
   if (format == rtc::kVideoPixelFormatRGBA) putRgba(object, planes);
   slot.frame.reset();
   return object.finish();

@@ -45,27 +45,36 @@ KavRTCTransporter& KavRTCTransporter::instance() {
 }
 
 void KavRTCTransporter::initialize(Napi::Env env, const Napi::Function& callback) {
-  if (initialized_.load()) deinitialize();
+  deinitialize();
   LogWrite(kLogInfo, "%s(%d)", "initialize", __LINE__);
-  Channel channel = Channel::open(env, callback, "KavRTCVideoCallback", [] {
+  Channel channel = Channel::open(env, callback, "KavRTCVideoCallback", [](napi_env ending) {
     printLine("KavRTCTransporter tsfn Finalizer. ");
     instance().deinitialize();
+    const std::lock_guard<std::mutex> lock(instance().mutex_);
+    instance().buffers_.forget(ending);
   });
   {
     const std::lock_guard<std::mutex> lock(channel_mutex_);
     channel_ = std::move(channel);
   }
+  const std::lock_guard<std::mutex> lock(pacing_mutex_);
+  stopPacing();  // another environment, or a hook that the host ran for the new channel, may have started it by now
   stopped_.store(false);
   pacing_ = std::thread([this, generation = ++generation_] { flushVideoFrame(generation); });
   initialized_.store(true);
 }
 
 void KavRTCTransporter::deinitialize() {
+  const std::lock_guard<std::mutex> lock(pacing_mutex_);
   if (!initialized_.load()) return;
-  stopped_.store(true);
-  if (pacing_.joinable()) pacing_.join();
+  stopPacing();
   initialized_.store(false);
   printLine("KavRTCTransporter deinitialize.");
+}
+
+void KavRTCTransporter::stopPacing() {
+  stopped_.store(true);
+  if (pacing_.joinable()) pacing_.join();
 }
 
 int32_t KavRTCTransporter::postEvent(EventRecord record) {
@@ -154,6 +163,16 @@ void KavRTCTransporter::setVideoRenderFps(const char* from, int32_t fps) {
   const std::lock_guard<std::mutex> lock(mutex_);
   render_fps_.store(wanted, std::memory_order_relaxed);
   LogWrite(kLogInfo, "%s(%d), from:%s, fps:%d", "setVideoRenderFps", __LINE__, from, fps);
+}
+
+void KavRTCTransporter::setLocalVideoBuffer(std::string stream_type, DestinationBuffer buffer) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  buffers_.setLocal(std::move(stream_type), std::move(buffer));
+}
+
+void KavRTCTransporter::setRemoteVideoBuffer(std::string user_id, std::string stream_type, DestinationBuffer buffer) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  buffers_.setRemote(std::move(user_id), std::move(stream_type), std::move(buffer));
 }
 
 void KavRTCTransporter::setVideoRotation(bool apply) {

@@ -50,7 +50,9 @@ class KavRTCTransporter {
   /// JavaScript thread.
   void setEventHandler(rtc::IRTCVideoEventHandler* handler) { event_handler_ = handler; }
 
-  FrameBuffers& buffers() { return buffers_; }
+  /// Registers where frames of a size go, in place of what was registered for the stream before. JavaScript thread.
+  void setLocalVideoBuffer(std::string stream_type, DestinationBuffer buffer);
+  void setRemoteVideoBuffer(std::string user_id, std::string stream_type, DestinationBuffer buffer);
 
  private:
   struct TextHash {
@@ -68,11 +70,12 @@ class KavRTCTransporter {
 
   bool enqueue(SlotQueue& queue, FrameSlot slot);
   bool replace(KeyedSlots& slots, FrameKind kind, FramePtr frame, std::string_view key, int32_t format);
+  void stopPacing();
   void flushVideoFrame(uint32_t generation);
   void checkVideoFrames();
   void deliverBatch(napi_env env, napi_value function);
 
-  std::mutex mutex_;  // guards the queues, the maps and stores of the render rate
+  std::mutex mutex_;  // guards the queues, the maps, the registered buffers and stores of the render rate
   std::atomic<uint32_t> render_fps_{0};
   std::atomic<bool> stopped_{false};
   SlotQueue local_video_;
@@ -86,6 +89,7 @@ class KavRTCTransporter {
   bool apply_rotation_ = false;
   rtc::IRTCVideoEventHandler* event_handler_ = nullptr;
 
+  std::mutex pacing_mutex_;  // guards pacing_ and stores of initialized_: every environment has a JavaScript thread
   std::thread pacing_;
   std::atomic<uint32_t> generation_{0};  ///< counts the channels opened
   std::atomic<bool> initialized_{false};

@@ -267,6 +267,31 @@ test('short, empty, detached and cleared buffers are never written', async () =>
   made.destroy();
 });
 
+test('a buffer has to hold what goes into it, no more', async () => {
+  const made = createEngine();
+  const { video } = made;
+  video.setLocalVideoSink(0, 1);
+  video.setVideoSinkApplyRotation(true);
+  // Turned pictures have no padding.
+  const frame = { sink: 'local:0', width: 32, height: 16, strides: [48, 24, 24], rotation: 90 };
+  registerLocal(video, 48, 16, 'onLocalVideoFrame', 32 * 16 * 1.5 - 1);
+  engine.pushFrame(frame);
+  const notice = await made.waitFor('onLocalVideoSizeChanged');
+  assert.deepStrictEqual(notice.Object, { index: 0, info: { width: 48, height: 16, rotation: 90 } });
+  const buffer = registerLocal(video, 48, 16, 'onLocalVideoFrame', 32 * 16 * 1.5);
+  const [got] = await inOneBatch(made, () => engine.pushFrame(frame));
+  assert.deepStrictEqual([got.width, got.height, 'plane_y' in got], [16, 32, false]);
+  assert.ok(buffer.equals(turned(pixels.planes({ width: 32, height: 16 }), 32, 16, 90)));
+  video.setVideoSinkApplyRotation(false);
+
+  // RGBA comes in a Buffer of its own.
+  video.setLocalVideoSink(0, 5);
+  registerLocal(video, 64, 48, 'onLocalVideoFrame', 1);
+  const [rgba] = await inOneBatch(made, () => engine.pushFrame({ sink: 'local:0' }));
+  assert.strictEqual(rgba.rgba_size, 64 * 48 * 4);
+  made.destroy();
+});
+
 test('sinks are logged, kept after unsetting, and refuse wrong arguments', () => {
   const made = createEngine({ logLevel: 0 });
   const { video } = made;

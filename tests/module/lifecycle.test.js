@@ -205,6 +205,69 @@ test('objects trace their making and collection on standard output', () => {
   assert.ok(lines.includes('ended 2'));
 });
 
+test('collecting the newest object gives its place back to the one before', () => {
+  const lines = runScript(`
+    let frames = 0;
+    globalThis.video = new sdk.xoRTCVideo();
+    video.createRTCVideo('a', ({ type }) => { if (type === 'GroupVideoFrame') ++frames; }, '');
+    video.setPublicStreamVideoSink('public', 1);
+    const push = async () => {
+      engine.pushFrame({ sink: 'public:public' });
+      await new Promise((r) => setTimeout(r, 100));
+    };
+    (() => { new sdk.xoRTCVideo(); })();
+    await push();
+    console.log('frames beside an object without an engine', frames);
+    await collect();
+    await push();
+    console.log('frames after its collection', frames);`);
+  assert.ok(lines.includes('frames beside an object without an engine 0'), lines.join('\n'));
+  assert.ok(lines.includes('frames after its collection 1'), lines.join('\n'));
+});
+
+test('an engine that outlives a failed second creation ends with its object', () => {
+  const lines = runScript(`
+    (() => {
+      const video = new sdk.xoRTCVideo();
+      video.createRTCVideo('a', () => {}, '');
+      engine.withhold('createRTCVideo');
+      console.log('created', video.createRTCVideo('b', () => {}, ''), 'destroyed', video.destroyRTCVideo());
+    })();
+    console.log('ended', engine.countCalls('destroyRTCVideo'));
+    await collect();
+    console.log('ended', engine.countCalls('destroyRTCVideo'));`);
+  assert.ok(lines.includes('created -1 destroyed -1'), lines.join('\n'));
+  assert.ok(lines.some((line) => / isDestroyRTCVideo:0$/.test(line)), lines.join('\n'));
+  assert.ok(lines.indexOf('ended 0') >= 0 && lines.indexOf('ended 1') > lines.indexOf('ended 0'), lines.join('\n'));
+});
+
+test('buffers that a worker registered end with it', () => {
+  const lines = runScript(`
+    const { Worker } = require('node:worker_threads');
+    const registration = (size) =>
+      ({ user_id: 'u', stream_type: 'onRemoteVideoFrame', width: 4, height: 4, plane_y: Buffer.alloc(size) });
+    for (let round = 0; round < 3; ++round) {
+      const worker = new Worker(\`
+        const { sdk } = require(${JSON.stringify(require.resolve('./support'))});
+        globalThis.video = new sdk.xoRTCVideo();
+        video.createRTCVideo('a', () => {}, '');
+        video.setRemoteVideoBuffer(
+          { user_id: 'u', stream_type: 'onRemoteVideoFrame', width: 4, height: 4, plane_y: Buffer.alloc(24) });
+        require('node:worker_threads').parentPort.postMessage('registered');
+      \`, { eval: true });
+      await new Promise((resolve, reject) => worker.once('message', resolve).once('error', reject));
+      await worker.terminate();
+    }
+    let told;
+    globalThis.video = new sdk.xoRTCVideo();
+    video.createRTCVideo('a', ({ Type, Object }) => { if (Type === 'onRemoteVideoSizeChanged') told = Object.key.user_id; }, '');
+    video.setRemoteVideoSink({ room_id: 'r', user_id: 'u', stream_index: 0 }, 1);
+    engine.pushFrame({ sink: 'remote:r/u/0', width: 4, height: 4 });
+    for (let i = 0; i < 100 && told === undefined; ++i) await new Promise((r) => setTimeout(r, 20));
+    console.log('told', told, video.setRemoteVideoBuffer(registration(24)), video.destroyRTCVideo());`);
+  assert.ok(lines.includes('told u 0 0'), lines.join('\n'));
+});
+
 test('the process ends cleanly with an engine alive and frames under way', () => {
   runScript(`
     globalThis.video = new sdk.xoRTCVideo();

@@ -31,18 +31,6 @@ function temporaryFolder() {
   return made;
 }
 
-/**
- * Lets the event loop turn a few times. A new engine's channel replaces the previous one, which stays: a batch that was
- * posted to it and has not run yet takes the frames that lie there by then. So what is to see every frame waits first.
- */
-async function ready() {
-  for (let turn = 0; turn < 3; turn += 1) {
-    await new Promise((resolve) => {
-      setImmediate(resolve);
-    });
-  }
-}
-
 /** What must be so at any time: no frame or object misused. Forgotten by engine.clear(). */
 function assertClean() {
   const { violations, ...counts } = engine.frames();
@@ -71,7 +59,6 @@ function createEngine({ appId = 'app-id', params = '{}', logLevel = -1, logPath,
     frames: collector.frames,
     of: (type) => collector.of(type),
     waitFor: (condition, options) => collector.waitFor(condition, options),
-    ready,
     /** Lines as { level, tid, text }. */
     entries: () => readLog(log_path),
     /** Texts of all lines, without their headers. */
