@@ -32,7 +32,7 @@ class Output {
 };
 
 size_t formatByLibrary(char* to, size_t space, const char* format, va_list arguments) {
-  const int wanted = std::vsnprintf(to, space, format, arguments);
+  const int wanted = std::vsnprintf(to, space, format, arguments);  // NOLINT(clang-diagnostic-format-nonliteral)
   if (wanted < 0) {
     to[0] = '\0';
     return 0;

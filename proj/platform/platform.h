@@ -24,6 +24,9 @@ bool hasDebugOutput();
 uint32_t currentThreadId();
 int32_t currentProcessId();
 
+/// A variable of the process's environment as JavaScript sees it, too; empty when it is not set.
+std::string environmentVariable(const char* name);
+
 /// Names the calling thread for debuggers and profilers; at most 15 characters are kept.
 void nameCurrentThread(const char* name);
 

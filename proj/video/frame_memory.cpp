@@ -2,9 +2,10 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <mutex>
 #include <vector>
+
+#include "platform/platform.h"
 
 namespace corvane {
 namespace {
@@ -72,10 +73,7 @@ class FrameMemory {
 };
 
 bool releasesRgba() {
-  static const bool releases = [] {
-    const char* wanted = std::getenv("CORVANE_RELEASE_RGBA_FRAMES");
-    return wanted != nullptr && std::strcmp(wanted, "1") == 0;
-  }();
+  static const bool releases = platform::environmentVariable("CORVANE_RELEASE_RGBA_FRAMES") == "1";
   return releases;
 }
 

@@ -89,7 +89,8 @@ describe('without an engine every method answers as typed', () => {
       const object = made[name]();
       const wrong = [];
       for (const [method, [signature]] of methodsOf(name)) {
-        const result = object[method]();
+        // Two methods read their task id before they look for the engine.
+        const result = object[method]('');
         const type = checker.getReturnTypeOfSignature(signature);
         if (result === undefined ? text(type) !== 'void' : mismatches(type, result).length > 0) {
           wrong.push(`${method}: ${JSON.stringify(result)} is not ${text(type)}`);

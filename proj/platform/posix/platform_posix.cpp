@@ -12,10 +12,7 @@
 namespace corvane::platform {
 
 bool hasDebugOutput() {
-  static const bool wanted = [] {
-    const char* where = std::getenv("CORVANE_DEBUG_OUTPUT");
-    return where != nullptr && std::strcmp(where, "stderr") == 0;
-  }();
+  static const bool wanted = environmentVariable("CORVANE_DEBUG_OUTPUT") == "stderr";
   return wanted;
 }
 
@@ -31,6 +28,11 @@ int32_t currentProcessId() {
   return static_cast<int32_t>(::getpid());
 }
 
+std::string environmentVariable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
 void nameCurrentThread(const char* name) {
   char cut[16] = {};
   std::strncpy(cut, name, sizeof cut - 1);
@@ -38,11 +40,10 @@ void nameCurrentThread(const char* name) {
 }
 
 std::string applicationDataFolder() {
-  if (const char* configured = std::getenv("XDG_CONFIG_HOME"); configured != nullptr && configured[0] == '/') {
-    return configured;
-  }
-  const char* home = std::getenv("HOME");
-  return home == nullptr ? std::string() : std::string(home) + "/.config";
+  std::string configured = environmentVariable("XDG_CONFIG_HOME");
+  if (configured.starts_with('/')) return configured;
+  const std::string home = environmentVariable("HOME");
+  return home.empty() ? std::string() : home + "/.config";
 }
 
 void writeAndFlush(FILE* stream, const char* bytes, size_t size) {

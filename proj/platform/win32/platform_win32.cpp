@@ -24,6 +24,13 @@ int32_t currentProcessId() {
   return static_cast<int32_t>(::GetCurrentProcessId());
 }
 
+// The C library's copy of the environment does not have what the host set later.
+std::string environmentVariable(const char* name) {
+  char value[512] = {};
+  const DWORD length = ::GetEnvironmentVariableA(name, value, sizeof value);
+  return length < sizeof value ? std::string(value, length) : std::string();
+}
+
 void nameCurrentThread(const char* name) {
   // Windows 10 1607 and later; resolved at run time so that older systems still load the module.
   using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR);
