@@ -4,9 +4,9 @@
 
 const test = require('node:test');
 const assert = require('node:assert');
-const { execFileSync } = require('node:child_process');
 const fs = require('node:fs');
 const { sdk, engine, createEngine, temporaryFolder, readLog } = require('./support');
+const { runScript, support } = require('./support/child');
 
 const texts = (folder) => readLog(folder).map(({ text }) => text.replace(/\(\d+\)/, '(L)'));
 const config = (log_path) => sdk.setLogConfig({ log_path, log_level: 0, log_file_size: 1, log_filename_prefix: '' });
@@ -170,27 +170,13 @@ test('a callback that throws does not stop later events', async () => {
 });
 
 // What the objects write to standard output, and collection, are seen from outside.
-function runScript(lines) {
-  const support = JSON.stringify(require.resolve('./support'));
-  const script = `
-    const { sdk, engine } = require(${support});
-    const fs = require('node:fs');
-    const collect = async () => { for (let i = 0; i < 5; ++i) { gc(); await new Promise((r) => setTimeout(r, 20)); } };
-    (async () => { ${lines} })().then(() => process.exit(0), (error) => { console.log(error); process.exit(1); });`;
-  const output = `${temporaryFolder()}/output.txt`;
-  const file = fs.openSync(output, 'w');
-  try {
-    execFileSync(process.execPath, ['--expose-gc', '-e', script], { stdio: ['ignore', file, file] });
-  } catch (error) {
-    throw new Error(fs.readFileSync(output, 'utf8'), { cause: error });
-  } finally {
-    fs.closeSync(file);
-  }
-  return fs.readFileSync(output, 'utf8').split(/\r?\n/);
-}
+const runLines = (lines) => runScript(`
+  const { sdk, engine } = require(${support});
+  const collect = async () => { for (let i = 0; i < 5; ++i) { gc(); await new Promise((r) => setTimeout(r, 20)); } };
+  (async () => { ${lines} })().then(() => process.exit(0), (error) => { console.log(error); process.exit(1); });`);
 
 test('objects trace their making and collection on standard output', () => {
-  const lines = runScript(`
+  const lines = runLines(`
     (() => { new sdk.xoRTCVideo().createRTCVideo('a', () => {}, ''); })();
     await collect();
     console.log('ended', engine.countCalls('destroyRTCVideo'));
@@ -206,7 +192,7 @@ test('objects trace their making and collection on standard output', () => {
 });
 
 test('collecting the newest object gives its place back to the one before', () => {
-  const lines = runScript(`
+  const lines = runLines(`
     let frames = 0;
     globalThis.video = new sdk.xoRTCVideo();
     video.createRTCVideo('a', ({ type }) => { if (type === 'GroupVideoFrame') ++frames; }, '');
@@ -226,7 +212,7 @@ test('collecting the newest object gives its place back to the one before', () =
 });
 
 test('an engine that outlives a failed second creation ends with its object', () => {
-  const lines = runScript(`
+  const lines = runLines(`
     (() => {
       const video = new sdk.xoRTCVideo();
       video.createRTCVideo('a', () => {}, '');
@@ -242,13 +228,13 @@ test('an engine that outlives a failed second creation ends with its object', ()
 });
 
 test('buffers that a worker registered end with it', () => {
-  const lines = runScript(`
+  const lines = runLines(`
     const { Worker } = require('node:worker_threads');
     const registration = (size) =>
       ({ user_id: 'u', stream_type: 'onRemoteVideoFrame', width: 4, height: 4, plane_y: Buffer.alloc(size) });
     for (let round = 0; round < 3; ++round) {
       const worker = new Worker(\`
-        const { sdk } = require(${JSON.stringify(require.resolve('./support'))});
+        const { sdk } = require(${support});
         globalThis.video = new sdk.xoRTCVideo();
         video.createRTCVideo('a', () => {}, '');
         video.setRemoteVideoBuffer(
@@ -269,7 +255,7 @@ test('buffers that a worker registered end with it', () => {
 });
 
 test('the process ends cleanly with an engine alive and frames under way', () => {
-  runScript(`
+  runLines(`
     globalThis.video = new sdk.xoRTCVideo();
     video.createRTCVideo('a', () => {}, '');
     video.setLocalVideoSink(0, 5);
@@ -278,10 +264,10 @@ test('the process ends cleanly with an engine alive and frames under way', () =>
 });
 
 test('the end of an environment closes its channel under traffic', () => {
-  const lines = runScript(`
+  const lines = runLines(`
     const { Worker } = require('node:worker_threads');
     const worker = new Worker(\`
-      const { sdk, engine } = require(${JSON.stringify(require.resolve('./support'))});
+      const { sdk, engine } = require(${support});
       globalThis.video = new sdk.xoRTCVideo();
       video.createRTCVideo('a', () => {}, '');
       video.setPublicStreamVideoSink('public', 5);

@@ -1,11 +1,11 @@
 'use strict';
 
 const assert = require('node:assert');
-const { execFileSync } = require('node:child_process');
 const { test } = require('node:test');
 
 const { sdk, engine, createEngine, createRoom } = require('./support');
 const { collectUntil, withoutEngineObject } = require('./support/garbage');
+const { runScript, support } = require('./support/child');
 const { inRoom } = require('./support/in_room');
 const { linesOf, textsOf } = require('./support/method_table');
 
@@ -211,7 +211,6 @@ test('a collected room is destroyed, a destroyed one just goes', async () => {
 const skip = process.env.CORVANE_SANITIZER === 'tsan';
 
 test('when an environment ends its rooms are destroyed and their channels say goodbye', { skip }, () => {
-  const support = JSON.stringify(require.resolve('./support'));
   const worker = `
     const { createEngine, createRoom } = require(${support});
     createEngine();
@@ -228,8 +227,7 @@ test('when an environment ends its rooms are destroyed and their channels say go
       console.log('destroyed: ' + engine.calls('IRTCRoom.destroy').map(({ id }) => id));
       process.exit(0);
     });`;
-  const output = execFileSync(process.execPath, ['-e', script], { encoding: 'utf8' });
-  const lines = output.replace(/\r/g, '').split('\n');
-  assert.strictEqual(lines.filter((line) => line === 'KavRTCRoom tsfn Finalizer. ').length, 2, output);
-  assert.ok(lines.includes('destroyed: one,two'), output);
+  const lines = runScript(script);
+  assert.strictEqual(lines.filter((line) => line === 'KavRTCRoom tsfn Finalizer. ').length, 2, lines.join('\n'));
+  assert.ok(lines.includes('destroyed: one,two'), lines.join('\n'));
 });
