@@ -1,5 +1,5 @@
 // The limits that the benchmarks hold the module against: plain copies, conversions, writes and posts, timed in the
-// processor time of the calling thread.
+// processor time of the calling thread; and parts of the module that are measured on their own.
 #include <libyuv.h>
 #include <napi.h>
 #include <sys/mman.h>
@@ -12,6 +12,8 @@
 #include <memory>
 #include <thread>
 #include <vector>
+
+#include "images.h"
 
 namespace {
 
@@ -89,6 +91,18 @@ Napi::Value jsConvertCold(const Napi::CallbackInfo& info) {
   return Napi::Number::New(info.Env(), static_cast<double>(spent) / static_cast<double>(count));
 }
 
+// copyBuffers(bytes, count): nanoseconds of one Buffer with a copy of so many bytes.
+Napi::Value jsCopyBuffers(const Napi::CallbackInfo& info) {
+  const std::vector<uint8_t> source(static_cast<size_t>(info[0].As<Napi::Number>().Int64Value()), 1);
+  const int64_t count = info[1].As<Napi::Number>().Int64Value();
+  const int64_t start = threadCpuNs();
+  for (int64_t i = 0; i < count; ++i) {
+    const Napi::HandleScope scope(info.Env());
+    Napi::Buffer<uint8_t>::Copy(info.Env(), source.data(), source.size());
+  }
+  return Napi::Number::New(info.Env(), static_cast<double>(threadCpuNs() - start) / static_cast<double>(count));
+}
+
 // writeLines(path, line, count): nanoseconds of one fwrite and fflush of the line.
 Napi::Value jsWriteLines(const Napi::CallbackInfo& info) {
   const std::string path = info[0].As<Napi::String>().Utf8Value();
@@ -132,8 +146,10 @@ Napi::Object initialize(Napi::Env env, Napi::Object exports) {
   exports.Set("pageFaults", Napi::Function::New<jsPageFaults>(env, "pageFaults"));
   exports.Set("copyCold", Napi::Function::New<jsCopyCold>(env, "copyCold"));
   exports.Set("convertCold", Napi::Function::New<jsConvertCold>(env, "convertCold"));
+  exports.Set("copyBuffers", Napi::Function::New<jsCopyBuffers>(env, "copyBuffers"));
   exports.Set("writeLines", Napi::Function::New<jsWriteLines>(env, "writeLines"));
   exports.Set("postNumbers", Napi::Function::New<jsPostNumbers>(env, "postNumbers"));
+  exports.Set("encodeImage", Napi::Function::New<corvane::bench::jsEncodeImage>(env, "encodeImage"));
   return exports;
 }
 

@@ -1,10 +1,27 @@
 #include "frames/audio_frame.h"
 
 #include <cstring>
+#include <vector>
 
 #include "frames/pattern.h"
 
 namespace corvane::scripted {
+namespace {
+
+// Computing a pattern takes longer than the module takes to copy it, and measurements fire the same sound over and
+// over.
+void fillSound(uint8_t* bytes, size_t size, uint32_t seed) {
+  thread_local std::vector<uint8_t> made;
+  thread_local uint32_t made_seed;
+  if (made.size() != size || made_seed != seed) {
+    made.resize(size);
+    made_seed = seed;
+    fillPattern(made.data(), size, seed, 0, 0);
+  }
+  if (size > 0) std::memcpy(bytes, made.data(), size);
+}
+
+}  // namespace
 
 AudioFrameSpec readAudioFrameSpec(const Value& value) {
   AudioFrameSpec spec;
@@ -57,7 +74,7 @@ ScriptedAudioFrame::ScriptedAudioFrame(const AudioFrameSpec& spec)
       lent_(true),
       memory_(static_cast<size_t>(data_size_)),
       data_(spec.null_data ? nullptr : memory_.data()) {
-  fillPattern(memory_.data(), memory_.size(), spec.seed, 0, 0);
+  fillSound(memory_.data(), memory_.size(), spec.seed);
   ++FrameStatistics::instance().lent;
 }
 
