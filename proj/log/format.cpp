@@ -31,14 +31,17 @@ class Output {
   char* const end_;
 };
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
 size_t formatByLibrary(char* to, size_t space, const char* format, va_list arguments) {
-  const int wanted = std::vsnprintf(to, space, format, arguments);  // NOLINT(clang-diagnostic-format-nonliteral)
+  const int wanted = std::vsnprintf(to, space, format, arguments);
   if (wanted < 0) {
     to[0] = '\0';
     return 0;
   }
   return static_cast<size_t>(wanted) < space ? static_cast<size_t>(wanted) : space - 1;
 }
+#pragma GCC diagnostic pop
 
 // Writes the argument of the conversion behind a '%' and answers where the format goes on; null for a conversion that
 // is left to the library.

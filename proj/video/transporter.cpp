@@ -193,8 +193,8 @@ void KavRTCTransporter::flushVideoFrame(uint32_t generation) {
       if (generation == generation_) deliverBatch(env, function);
     }));
     const double elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-    const int wait = static_cast<int>(kPeriodMs - elapsed + 0.5);
-    if (wait > 0) std::this_thread::sleep_for(std::chrono::milliseconds(wait));
+    const double wait = kPeriodMs - elapsed + 0.5;
+    if (wait >= 1) std::this_thread::sleep_for(std::chrono::milliseconds(static_cast<int>(wait)));
   }
 }
 
