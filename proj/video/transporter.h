@@ -87,7 +87,7 @@ class KavRTCTransporter {
 
   FrameBuffers buffers_;
   bool apply_rotation_ = false;
-  rtc::IRTCVideoEventHandler* event_handler_ = nullptr;
+  std::atomic<rtc::IRTCVideoEventHandler*> event_handler_{nullptr};
 
   std::mutex pacing_mutex_;  // guards pacing_ and stores of initialized_: every environment has a JavaScript thread
   std::thread pacing_;
