@@ -73,11 +73,13 @@ int64_t wallClockTicks() {
 }
 
 Napi::Value jsGetTimestampMs(const Napi::CallbackInfo& info) {
-  return Napi::Number::New(info.Env(), static_cast<double>(wallClockTicks() / 10000));
+  const int64_t milliseconds = wallClockTicks() / 10000;
+  return Napi::Number::New(info.Env(), static_cast<double>(milliseconds));
 }
 
 Napi::Value jsGetTimestampUs(const Napi::CallbackInfo& info) {
-  return Napi::Number::New(info.Env(), static_cast<double>(wallClockTicks() / 10));
+  const int64_t microseconds = wallClockTicks() / 10;
+  return Napi::Number::New(info.Env(), static_cast<double>(microseconds));
 }
 
 Napi::Value jsGetCurrentProcessId(const Napi::CallbackInfo& info) {

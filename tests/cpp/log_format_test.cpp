@@ -29,7 +29,7 @@ void expectSame(const char* format, Values... values) {
   char expected[512];
   std::snprintf(expected, sizeof expected, format, values...);
   EXPECT_EQ(formatted(512, format, values...), expected) << format;
-  for (const size_t space : {1, 2, 5, 11}) {
+  for (const size_t space : {size_t{1}, size_t{2}, size_t{5}, size_t{11}}) {
     std::snprintf(expected, space, format, values...);
     EXPECT_EQ(formatted(space, format, values...), expected) << format << " in " << space;
   }
