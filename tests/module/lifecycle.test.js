@@ -201,9 +201,10 @@ test('collecting the newest object gives its place back to the one before', () =
       engine.pushFrame({ sink: 'public:public' });
       await new Promise((r) => setTimeout(r, 100));
     };
-    (() => { new sdk.xoRTCVideo(); })();
+    globalThis.newest = new sdk.xoRTCVideo();
     await push();
     console.log('frames beside an object without an engine', frames);
+    globalThis.newest = undefined;
     await collect();
     await push();
     console.log('frames after its collection', frames);`);
