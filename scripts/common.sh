@@ -21,7 +21,7 @@ node_tests() {
     say "no tests in $dir" >&2
     return 1
   fi
-  (cd "$root" && "${@:-node}" --test --test-reporter=spec --test-timeout="${CORVANE_TEST_TIMEOUT_MS:-300000}" "${files[@]}")
+  (cd "$root" && "${@:-node}" --test --test-reporter=spec --test-timeout="${CORVANE_TEST_TIMEOUT_MS:-120000}" "${files[@]}")
 }
 
 # cpp_files: every C++ file of the project, each ended by a zero byte.

@@ -9,7 +9,9 @@ suppressions=$root/scripts/sanitizers
 case $kind in
   asan)
     runtime=libasan.so
-    export ASAN_OPTIONS="abort_on_error=1:detect_stack_use_after_return=1:strict_string_checks=1:check_initialization_order=1"
+    # The leak checker falls over the lists of per-thread memory of threads that are just ending: it gets none.
+    export ASAN_OPTIONS="intercept_tls_get_addr=0:abort_on_error=1:detect_stack_use_after_return=1"
+    ASAN_OPTIONS+=":strict_string_checks=1:check_initialization_order=1"
     export UBSAN_OPTIONS="print_stacktrace=1"
     export LSAN_OPTIONS="suppressions=$suppressions/leak.supp:print_suppressions=0"
     ;;
@@ -34,18 +36,9 @@ ${fixed[@]+"${fixed[@]}"} bash "$root/scripts/build.sh" "$kind" all
 preload=$(gcc -print-file-name=$runtime)
 [[ -e $preload ]] || die "the compiler has no $runtime"
 
-ctest_labelled() {
-  (cd "$root" && ${fixed[@]+"${fixed[@]}"} ctest --preset "$kind" --no-tests=error --progress "$@")
-}
-
 status=0
 say "== cpp, $kind"
-ctest_labelled -LE embedded || status=1
-if [[ $kind == asan ]]; then
-  say "== embedded engine, $kind"
-  # Leaks are not looked for: GStreamer's plug-ins keep their own, and its threads end while the search reads them.
-  ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 ctest_labelled -L embedded || status=1
-fi
+(cd "$root" && ${fixed[@]+"${fixed[@]}"} ctest --preset "$kind" --no-tests=error --progress) || status=1
 
 say "== module, $kind"
 export CORVANE_MEETING_SDK_DIR=$root/build/$kind/scripted CORVANE_SANITIZER=$kind CORVANE_TEST_TIMEOUT_MS=600000
