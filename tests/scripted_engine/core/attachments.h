@@ -2,7 +2,7 @@
 // one of them goes.
 #pragma once
 
-#include <atomic>
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -19,29 +19,37 @@ class Slot {
   explicit Slot(void* target) : target_(target) {}
 
   bool enter() {
-    inside_.fetch_add(1);
+    const std::lock_guard lock(mutex_);
     if (closed_) {
-      leave();
       return false;
     }
+    ++inside_;
     return true;
   }
   void leave() {
-    inside_.fetch_sub(1);
-    inside_.notify_all();
-  }
-  void close() { closed_ = true; }
-  void waitUntilEmpty() {
-    for (int inside = inside_; inside != 0; inside = inside_) {
-      inside_.wait(inside);
+    // Under the lock, so that whoever waits for the last one out cannot end the slot before the notice is given.
+    const std::lock_guard lock(mutex_);
+    if (--inside_ == 0) {
+      empty_.notify_all();
     }
+  }
+  void close() {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+  }
+  void waitUntilEmpty() {
+    std::unique_lock lock(mutex_);
+    empty_.wait(lock, [this] { return inside_ == 0; });
   }
   void* target() const { return target_; }
 
  private:
   void* target_;
-  std::atomic<int> inside_{0};
-  std::atomic<bool> closed_{false};
+  // Not std::atomic's wait(): without a futex GCC 12's loses wake-ups.
+  std::mutex mutex_;
+  std::condition_variable empty_;
+  int inside_ = 0;
+  bool closed_ = false;
 };
 
 /// One for the process. Handlers are known by interface name and id: a room's, player's, task's or stream's.
