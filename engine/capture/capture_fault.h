@@ -1,4 +1,4 @@
-// Why a camera does not deliver.
+// Why a camera or microphone does not deliver.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +10,16 @@
 
 namespace corvane::rtc {
 
-/// One fault in the three vocabularies in which it is reported.
+/// One fault, in the vocabularies of operations and of devices.
 struct CaptureFault {
   ReturnStatus status = kFailure;
   MediaDeviceError device_error = kMediaDeviceErrorFailure;
-  LocalVideoStreamError stream_error = kLocalVideoStreamErrorFailure;
   std::string text;  ///< for the log
 };
+
+/// The same in the vocabularies of local streams.
+LocalVideoStreamError videoStreamError(const CaptureFault& fault);
+LocalAudioStreamError audioStreamError(const CaptureFault& fault);
 
 /// What a pipeline's error message amounts to.
 CaptureFault readFault(GstMessage* error_message);

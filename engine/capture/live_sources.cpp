@@ -15,8 +15,7 @@ GstClockTime LiveSource::timeOf(const GstBuffer* picture, const GstSegment& segm
 }
 
 void LiveSource::onEnd() {
-  fail({kDeviceFailure, kMediaDeviceErrorFailure, kLocalVideoStreamErrorCaptureFailure,
-        "the camera has ended its pictures"});
+  fail({kDeviceFailure, kMediaDeviceErrorFailure, "the camera has ended its pictures"});
 }
 
 TestSource::TestSource(EngineContext& context, PictureQueue& queue, Listener& listener, TestCamera camera)
@@ -62,7 +61,6 @@ std::optional<CaptureFault> DeviceSource::build() {
 CaptureFault DeviceSource::refine(CaptureFault fault) const {
   if (delivered() > 0 && access(device_file_.c_str(), F_OK) != 0) {
     fault.device_error = kMediaDeviceErrorDisconnected;
-    fault.stream_error = kLocalVideoStreamErrorDeviceDisconnected;
   }
   return fault;
 }

@@ -67,8 +67,7 @@ void VideoCapture::open() {
   if (pipeline_ == nullptr) openPipeline();
   source_ = makeSource();
   watchdog_ = context_.thread.after(kFirstPictureTimeout, [this] {
-    fail({kDeviceFailure, kMediaDeviceErrorNoCallback, kLocalVideoStreamErrorCaptureFailure,
-          "the camera is open but delivers nothing"});
+    fail({kDeviceFailure, kMediaDeviceErrorNoCallback, "the camera is open but delivers nothing"});
   });
   source_->start();
 }
@@ -107,7 +106,7 @@ void VideoCapture::fail(const CaptureFault& fault) {
   state_ = State::kFailed;
   context_.log.error("camera %s failed: %s", opened_.c_str(), fault.text.c_str());
   reportDevice(kMediaDeviceStateRuntimeError, fault.device_error);
-  reportStream(kLocalVideoStreamStateFailed, fault.stream_error);
+  reportStream(kLocalVideoStreamStateFailed, videoStreamError(fault));
   context_.events->onError(fault.status);
 }
 
@@ -131,7 +130,7 @@ void VideoCapture::onSourceFailed(const CaptureFault& fault) {
 }
 
 void VideoCapture::onPipelineFailed(const std::string& text) {
-  fail({kMediaFailure, kMediaDeviceErrorUnsupportedFormat, kLocalVideoStreamErrorCaptureFailure, text});
+  fail({kMediaFailure, kMediaDeviceErrorUnsupportedFormat, text});
 }
 
 void VideoCapture::onPicture(GstBuffer* picture, const GstVideoInfo& info, GstClockTime time) {

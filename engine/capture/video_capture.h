@@ -16,7 +16,7 @@
 namespace corvane::rtc {
 
 /// Engine thread only. Repeating a call changes nothing, but that start() tries a camera that has failed once more.
-class VideoCapture final : public VideoSource::Listener, public PicturePipeline::Receiver {
+class VideoCapture final : public CaptureSource::Listener, public PicturePipeline::Receiver {
  public:
   /// `sink` receives every picture on a thread of the capture's.
   VideoCapture(EngineContext& context, const CameraList& cameras, VideoSinkSlot& sink);
