@@ -26,5 +26,5 @@ node_tests() {
 
 # cpp_files: every C++ file of the project, each ended by a zero byte.
 cpp_files() {
-  (cd "$root" && find include proj engine tests bench examples cmake \( -name '*.cpp' -o -name '*.h' \) -print0 2>/dev/null | sort -z)
+  (cd "$root" && find . \( -name .git -o -name build -o -name node_modules \) -prune -o \( -name '*.cpp' -o -name '*.h' \) -print0 | sort -z)
 }
