@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "binding/bytes.h"
 #include "binding/rows.h"
 #include "corvane_rtc/entry_points.h"
 #include "players/engine_lookup.h"
@@ -119,6 +120,7 @@ void pushExternalAudioFrame(Call& call) {
   builder.channels = reader.int32(channel);
   builder.timestamp_us = microseconds(reader.number(timestamp_ms));
   const Bytes bytes = reader.bytes(data);
+  if (!isCountable(call, bytes, kParamInvalid)) return;
   builder.data = bytes.data;
   builder.data_size = static_cast<int32_t>(bytes.size);
   builder.deep_copy = true;

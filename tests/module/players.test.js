@@ -422,6 +422,14 @@ test('pushExternalAudioFrame', () =>
       assert.strictEqual(engine.lastArgs('buildAudioFrame').builder.data_size, size);
     }
 
+    // More bytes than the engine's frames count. The pages are never touched, so they cost nothing.
+    engine.clear();
+    const tooLong = textsOf(log, () => {
+      assert.strictEqual(media.pushExternalAudioFrame({ ...FRAME, data: new Uint8Array(2 ** 31) }), -1);
+    });
+    assert.strictEqual(tooLong[1], 'pushExternalAudioFrame(#), Param Invalid');
+    assert.strictEqual(engine.countCalls('buildAudioFrame'), 0);
+
     for (const wrong of [undefined, null, 5, 'frame', true]) {
       const lines = linesOf(log, () => assert.strictEqual(media.pushExternalAudioFrame(wrong), -1));
       const type = { undefined: 0, object: 1, boolean: 2, number: 3, string: 4 }[typeof wrong];
