@@ -71,16 +71,27 @@ void runTested(Call& call, FindOwner find_owner) {
   call.row.run(call);
 }
 
-// Methods of this thread that have not returned yet: more than one when a getter of an argument calls another.
-thread_local int32_t methods_running = 0;
-
+// A method of this thread that has not returned yet: one of several when a getter of an argument calls another.
 class Running {
  public:
-  Running() { ++methods_running; }
-  ~Running() { --methods_running; }
+  explicit Running(const Call& call) : call_(call), outer_(innermost) { innermost = this; }
+  ~Running() { innermost = outer_; }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
+
+  static bool anyBut(const Call& call, const void* wrapper) {
+    for (const Running* at = innermost; at != nullptr; at = at->outer_) {
+      if (&at->call_ != &call && (wrapper == nullptr || at->call_.wrapper == wrapper)) return true;
+    }
+    return false;
+  }
+
+ private:
+  static thread_local const Running* innermost;
+  const Call& call_;
+  const Running* const outer_;
 };
+thread_local const Running* Running::innermost = nullptr;
 
 void runUnavailable(Call& call) {
   call.say(kLogWarning, "%s(%d), not available yet");
@@ -88,14 +99,14 @@ void runUnavailable(Call& call) {
 
 }  // namespace
 
-bool refusesToEnd(const Call& call) {
-  if (methods_running < 2) return false;
+bool refusesToEnd(const Call& call, const void* wrapper) {
+  if (!Running::anyBut(call, wrapper)) return false;
   call.say(kLogWarning, "%s(%d), called while the arguments of another call are read");
   return true;
 }
 
 napi_value dispatch(Call& call, FindOwner find_owner) {
-  const Running running;
+  const Running running(call);
   if (call.row.bare) {
     call.row.run(call);
     return answerOf(call);

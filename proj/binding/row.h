@@ -101,8 +101,9 @@ class Call {
 using FindOwner = void* (*)(const Call& call);
 
 /// For methods that end an engine or a room: true, with a line in the log, when the call came from inside another
-/// method's reading of its arguments (a getter, a proxy), which would go on with an object that is gone.
-bool refusesToEnd(const Call& call);
+/// method's reading of its arguments (a getter, a proxy), which would go on with what is gone. `wrapper` is the native
+/// object whose methods would; null means those of every object.
+bool refusesToEnd(const Call& call, const void* wrapper);
 
 /// Walks one row. Never throws on purpose; a pending exception is one that the host's conversions left.
 napi_value dispatch(Call& call, FindOwner find_owner);

@@ -18,7 +18,7 @@ void getRoomId(Call& call) {
 }
 
 void destroy(Call& call) {
-  if (!refusesToEnd(call)) call.result = roomOf(call).destroyRTCRoom();
+  if (!refusesToEnd(call, call.wrapper)) call.result = roomOf(call).destroyRTCRoom();
 }
 
 rtc::RTCRoomConfig readRoomConfig(Reader& reader, napi_value value) {

@@ -146,6 +146,11 @@ test('a getter cannot end the engine or the room that its caller is about to cal
   assert.deepStrictEqual(results, [-1, -1]);
   assert.strictEqual(engine.countCalls('IRTCVideo.setVideoCaptureConfig'), 1);
   assert.strictEqual(engine.countCalls('IRTCRoom.setRemoteVideoConfig'), 1);
+  // A room that the caller does not use may go.
+  const other = new sdk.xoRTCRoom('other', () => {});
+  assert.strictEqual(made.video.setVideoCaptureConfig(ending(() => other.destroy())), 0);
+  assert.strictEqual(room.setRemoteVideoConfig('u', { get framerate() { results.push(room.isRoomCreated(), other.destroy()); return 15; } }), 0);
+  assert.deepStrictEqual(results.slice(2), [0, true, -1]);
   assert.strictEqual(room.destroy(), 0);
   assert.strictEqual(made.destroy(), 0);
 });
