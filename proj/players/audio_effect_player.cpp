@@ -41,7 +41,7 @@ Channel openChannel(const Napi::CallbackInfo& info, int32_t& result) {
 }  // namespace
 
 void AudioEffectPlayerEvents::onAudioEffectPlayerStateChanged(int32_t effect_id, int32_t state, int32_t error) {
-  post(__func__, __LINE__, [=](Payload& payload) {
+  post(__func__, "onAudioEffectPlayerStateChanged, -callback", __LINE__, [=](Payload& payload) {
     payload.put("effect_id", effect_id);
     payload.put("state", state);
     payload.put("error", error);

@@ -22,7 +22,7 @@ using Handlers = GivenHandlers<rtc::IMediaPlayer, MediaPlayerEvents>;
 }  // namespace
 
 void MediaPlayerEvents::onMediaPlayerStateChanged(int32_t player_id, int32_t state, int32_t error) {
-  post(__func__, __LINE__, [=](Payload& payload) {
+  post(__func__, "onMediaPlayerStateChanged, -callback", __LINE__, [=](Payload& payload) {
     payload.put("player_id", player_id);
     payload.put("state", state);
     payload.put("error", error);
@@ -31,10 +31,11 @@ void MediaPlayerEvents::onMediaPlayerStateChanged(int32_t player_id, int32_t sta
 
 // The progress travels as text: a JavaScript number does not hold every 64-bit value.
 void MediaPlayerEvents::onMediaPlayerPlayingProgress(int32_t player_id, int64_t progress) {
-  post(__func__, __LINE__, [player_id, progress = std::to_string(progress)](Payload& payload) {
-    payload.put("player_id", player_id);
-    payload.put("progress", progress);
-  });
+  post(__func__, "onMediaPlayerPlayingProgress, -callback", __LINE__,
+       [player_id, progress = std::to_string(progress)](Payload& payload) {
+         payload.put("player_id", player_id);
+         payload.put("progress", progress);
+       });
 }
 
 Napi::Function KavRTCMediaPlayer::define(Napi::Env env) {

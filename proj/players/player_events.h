@@ -27,18 +27,20 @@ class PlayerEvents {
  protected:
   ~PlayerEvents() = default;
 
-  // Posts the event and logs the post's status. `event` must be a literal or __func__. Engine threads.
+  // Posts the event and logs the post's status. `event` must be a literal or __func__; `closing`, a literal, is the
+  // line behind the callback. Engine threads.
   template <class Fill>
-  void post(const char* event, int32_t line, Fill fill) const {
+  void post(const char* event, const char* closing, int32_t line, Fill fill) const {
     int32_t status = kPostCancelled;
     if (enabled_.load(std::memory_order_relaxed)) {
-      status = channel_.post(EventRecord::callable([event, fill = std::move(fill)](napi_env env, napi_value function) {
+      auto deliver = [event, closing, fill = std::move(fill)](napi_env env, napi_value function) {
         LogWrite(kLogInfo, "[%s] , +callback", event);
         Payload payload(env, event);
         fill(payload);
         payload.deliver(function);
-        LogWrite(kLogInfo, "%s, -callback", event);
-      }));
+        LogWriteRow(kLogInfo, closing);
+      };
+      status = channel_.post(EventRecord::callable(std::move(deliver)));
     }
     LogWrite(kLogDetail, "-%s(%d), status: %d", event, line, status);
   }

@@ -1,8 +1,7 @@
 #include "rtc_room/rtc_room.h"
 
-#include <iostream>
-
 #include "log/log.h"
+#include "log/standard_output.h"
 #include "rtc_room/method_names.h"
 #include "rtc_room/room_gate.h"
 #include "rtc_room/tables.h"
@@ -16,7 +15,7 @@ constexpr char kClassName[] = "KavRTCRoom";
 // When an environment ends, its rooms' events end, and with the one gate those of every other environment.
 void onChannelFinalized(napi_env) {
   static constexpr char kLine[] = "KavRTCRoom tsfn Finalizer. ";
-  std::cout << kLine << std::endl;
+  printLine(kLine);
   LogWrite(kLogInfo, kLine);
   closeRoomGate();
 }
