@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# build.sh PRESET [TARGET...]: sets up, configures and builds; the module and its engine when no target is named.
+# build.sh PRESET [TARGET...]: sets up, configures and builds; the module, its engine and the sample plug-ins when no target is named.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -9,11 +9,11 @@ shift
 case $preset in
   win-x64)
     bash "$root/scripts/setup.sh" windows
-    defaults=(corvane_meeting_sdk)
+    defaults=(corvane_meeting_sdk corvane_plugins)
     ;;
   *)
     bash "$root/scripts/setup.sh" build
-    defaults=(corvane_meeting_sdk corvane_engine)
+    defaults=(corvane_meeting_sdk corvane_engine corvane_plugins)
     ;;
 esac
 (($#)) || set -- "${defaults[@]}"

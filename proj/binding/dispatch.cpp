@@ -93,10 +93,6 @@ class Running {
 };
 thread_local const Running* Running::innermost = nullptr;
 
-void runUnavailable(Call& call) {
-  call.say(kLogWarning, "%s(%d), not available yet");
-}
-
 }  // namespace
 
 bool refusesToEnd(const Call& call, const void* wrapper) {
@@ -126,24 +122,13 @@ void keepConstructor(const Napi::Function& constructor) {
   kept->back().SuppressDestruct();
 }
 
-const Row& rowNamed(const char* name, std::span<const std::span<const Row>> tables) {
+const Row* rowNamed(const char* name, std::span<const std::span<const Row>> tables) {
   for (const auto& table : tables) {
     for (const Row& row : table) {
-      if (std::strcmp(row.name, name) == 0) return row;
+      if (std::strcmp(row.name, name) == 0) return &row;
     }
   }
-  // Several environments may load the module at once, each on its own thread.
-  static std::mutex lock;
-  static std::deque<Row> unavailable;
-  const std::lock_guard<std::mutex> guard(lock);
-  for (const Row& row : unavailable) {
-    if (std::strcmp(row.name, name) == 0) return row;
-  }
-  Row row;
-  row.name = name;
-  row.run = &runUnavailable;
-  row.line = __LINE__;
-  return unavailable.emplace_back(row);
+  return nullptr;
 }
 
 }  // namespace corvane

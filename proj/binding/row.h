@@ -129,7 +129,6 @@ napi_value invoke(napi_env env, napi_callback_info info) {
 }
 
 /// Defines a JavaScript class `T` whose prototype carries `names` in order, each bound to its row in one of `tables`.
-/// A name without a row answers that the method is not available yet.
 template <class T>
 Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<const char* const> names,
                            std::span<const std::span<const Row>> tables);
@@ -137,8 +136,8 @@ Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<cons
 /// Keeps the class alive for the life of the process. Each environment that loads the module leaves its own.
 void keepConstructor(const Napi::Function& constructor);
 
-/// The row named `name`, made on first use for a name that no table has.
-const Row& rowNamed(const char* name, std::span<const std::span<const Row>> tables);
+/// The row named `name`; null when no table has it.
+const Row* rowNamed(const char* name, std::span<const std::span<const Row>> tables);
 
 template <class T>
 Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<const char* const> names,
@@ -146,11 +145,13 @@ Napi::Function defineClass(Napi::Env env, const char* class_name, std::span<cons
   std::vector<Napi::ClassPropertyDescriptor<T>> methods;
   methods.reserve(names.size());
   for (const char* name : names) {
+    const Row* row = rowNamed(name, tables);
+    if (row == nullptr) continue;
     napi_property_descriptor method{};
     method.utf8name = name;
     method.method = &invoke<T>;
     method.attributes = napi_default;
-    method.data = const_cast<Row*>(&rowNamed(name, tables));  // NOLINT: the host hands it back untouched
+    method.data = const_cast<Row*>(row);  // NOLINT: the host hands it back untouched
     methods.emplace_back(method);
   }
   return T::DefineClass(env, class_name, methods);

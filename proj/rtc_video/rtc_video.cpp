@@ -72,6 +72,12 @@ void KavRTCVideo::shareEventHandler() {
 }
 
 void KavRTCVideo::endEngine() {
+  // Not from inside the visit: engine threads that have to leave a plug-in may be after the list of objects themselves.
+  std::vector<std::shared_ptr<PluginManager>> managers;
+  instances().forEach([&managers](const KavRTCVideo& video) {
+    if (video.plugin_manager_ != nullptr) managers.push_back(video.plugin_manager_);
+  });
+  for (const auto& manager : managers) manager->unregisterPlugin();
   rtc::destroyRTCVideo();
   instances().forEach([](KavRTCVideo& video) {
     video.m_pRtcVideo = nullptr;
@@ -116,6 +122,7 @@ int32_t KavRTCVideo::createRTCVideo(const Call& call) {
     return -1;
   }
   handlers_in_use_ = true;
+  if (plugin_manager_ == nullptr) plugin_manager_ = std::make_shared<PluginManager>();
   m_pRtcVideo->registerAudioFrameObserver(observer_.get());
   registerKtvHandlers(call);
   return 0;
@@ -164,6 +171,7 @@ int32_t KavRTCVideo::destroyRTCVideo() {
   event_handler_.reset();
   shareEventHandler();
   observer_.reset();
+  plugin_manager_.reset();
   LogWrite(kLogInfo, "%s(%d), ", kName, __LINE__);
   CloseDstFile();
   return 0;

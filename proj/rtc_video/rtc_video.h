@@ -12,6 +12,7 @@
 #include "events/engine_handler.h"
 #include "events/observer.h"
 #include "events/transcoding_observer.h"
+#include "plugin/plugin_manager.h"
 #include "video/video_sinks.h"
 
 namespace corvane {
@@ -40,6 +41,8 @@ class KavRTCVideo final : public Napi::ObjectWrap<KavRTCVideo> {
 
   KavRTCObserver* observer() const { return observer_.get(); }
   KavRTCTranscodingObserver* transcodingObserver() const { return transcoding_observer_.get(); }
+  /// Null before the first engine.
+  PluginManager* pluginManager() const { return plugin_manager_.get(); }
 
   /// The engine; null until createRTCVideo() and after the teardown.
   rtc::IRTCVideo* m_pRtcVideo = nullptr;
@@ -50,7 +53,7 @@ class KavRTCVideo final : public Napi::ObjectWrap<KavRTCVideo> {
   /// Gives the transporter the newest object's event handler, which is the one that counts.
   static void shareEventHandler();
 
-  /// Ends the library's engine; no object may call it any more.
+  /// Unloads all plug-ins and ends the library's engine; no object may call it any more.
   static void endEngine();
 
   void createHandlers();
@@ -65,6 +68,8 @@ class KavRTCVideo final : public Napi::ObjectWrap<KavRTCVideo> {
   std::unique_ptr<KavRTCVideoEventHandler> event_handler_;
   std::unique_ptr<KavRTCObserver> observer_;
   std::unique_ptr<KavRTCTranscodingObserver> transcoding_observer_;
+  /// Shared with whoever ends the engine, on whichever thread.
+  std::shared_ptr<PluginManager> plugin_manager_;
 };
 
 /// The object behind a call of one of its methods.

@@ -8,7 +8,7 @@ std::span<const std::span<const Row>> videoTables() {
   static const std::array tables{
       lifecycleRows(),  sinkRows(),        captureRows(), audioRows(),          messageRows(),      deviceRows(),
       deviceTestRows(), audioMixingRows(), effectRows(),  zoomRows(),           networkRows(),      musicRows(),
-      scoringRows(),    recordingRows(),   screenRows(),  externalSourceRows(), streamMixingRows(),
+      scoringRows(),    recordingRows(),   screenRows(),  externalSourceRows(), streamMixingRows(), pluginRows(),
   };
   return tables;
 }

@@ -8,6 +8,7 @@
 namespace corvane {
 
 std::span<const Row> lifecycleRows();
+std::span<const Row> pluginRows();
 std::span<const Row> sinkRows();
 std::span<const Row> captureRows();
 std::span<const Row> audioRows();

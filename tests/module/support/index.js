@@ -101,4 +101,4 @@ endProcessAfterTests(() => {
   assertClean();
 });
 
-module.exports = { sdk, engine, createEngine, createRoom, Collector, pixels, readLog, temporaryFolder, assertClean };
+module.exports = { folder, sdk, engine, createEngine, createRoom, Collector, pixels, readLog, temporaryFolder, assertClean };

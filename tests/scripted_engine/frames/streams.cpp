@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <ctime>
 
-#include "core/attachments.h"
 #include "core/engine_threads.h"
 #include "corvane_rtc/stream_mixing_events.h"
 
@@ -12,6 +11,7 @@ namespace corvane::scripted {
 namespace {
 
 constexpr std::string_view kMixing = "mixing:";
+constexpr std::string_view kProcessor = "processor";
 
 int64_t threadCpuNs() {
   timespec now{};
@@ -30,7 +30,28 @@ std::shared_ptr<Slot> findSlot(const std::string& sink) {
     const std::string task = sink.substr(kMixing.size());
     return Attachments::instance().find("ITranscodingObserver", &task);
   }
+  if (sink == kProcessor) {
+    return Attachments::instance().find("IVideoProcessor", nullptr);
+  }
   return Attachments::instance().find("IVideoSink", &sink);
+}
+
+/// What push() wrote into the first bytes of the pixels.
+int64_t stampOf(const ScriptedVideoFrame& frame) {
+  uint32_t stamp = 0;
+  for (unsigned i = 0; i < 4; ++i) {
+    stamp |= uint32_t{frame.firstByte()[i]} << (8 * i);
+  }
+  return stamp;
+}
+
+int64_t medianOf(std::vector<int64_t> values) {
+  if (values.empty()) {
+    return 0;
+  }
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
 bool give(const Slot& slot, const std::string& sink, rtc::IVideoFrame* frame) {
@@ -211,19 +232,46 @@ void Streams::push(Stream& stream) {
     stream.pool->comeHome(std::move(frame));
     return;
   }
-  frame->handOut(ScriptedVideoFrame::kGiven);
   const int64_t before = threadCpuNs();
-  const bool accepted = give(*slot, stream.sink, frame.release());
+  bool accepted = false;
+  if (stream.sink == kProcessor) {
+    accepted = lend(stream, *slot, *frame);
+  } else {
+    frame->handOut(ScriptedVideoFrame::kGiven);
+    accepted = give(*slot, stream.sink, frame.release());
+  }
   stream.sink_cpu_ns += threadCpuNs() - before;
   slot->leave();
+  if (frame != nullptr) {
+    stream.pool->comeHome(std::move(frame));
+  }
   ++stream.pushed;
   ++(accepted ? stream.accepted : stream.refused);
+}
+
+/// False when the processor drops the picture.
+bool Streams::lend(Stream& stream, const Slot& slot, ScriptedVideoFrame& frame) const {
+  frame.handOut(ScriptedVideoFrame::kLent);
+  const auto start = Clock::now();
+  const bool kept = static_cast<rtc::IVideoProcessor*>(slot.target())->processVideoFrame(&frame) == &frame;
+  const int64_t taken = std::chrono::nanoseconds(Clock::now() - start).count();
+  frame.takeBackForUse();
+  const std::lock_guard lock(stream.times_mutex);
+  stream.times_ns.push_back(taken);
+  if (kept && stamp_ && frame.firstByte() != nullptr) {
+    const int64_t stamp = stampOf(frame);
+    stream.old_pixels += stamp != stream.index ? 1 : 0;
+    stream.reordered += stamp <= stream.last_stamp ? 1 : 0;
+    stream.last_stamp = stamp;
+  }
+  return kept;
 }
 
 Value Streams::report() const {
   Value::List list;
   for (const auto& stream : streams_) {
     const int64_t pushed = std::max<int64_t>(stream->pushed, 1);
+    const std::lock_guard lock(stream->times_mutex);
     list.push_back(Value::Members{{"sink", stream->sink},
                                   {"pushed", Value(stream->pushed.load())},
                                   {"accepted", Value(stream->accepted.load())},
@@ -231,6 +279,9 @@ Value Streams::report() const {
                                   {"unattached", Value(stream->unattached.load())},
                                   {"withoutFrame", Value(stream->without_frame.load())},
                                   {"sinkCpuNs", Value(stream->sink_cpu_ns.load())},
+                                  {"oldPixels", Value(stream->old_pixels.load())},
+                                  {"reordered", Value(stream->reordered.load())},
+                                  {"medianNs", Value(medianOf(stream->times_ns))},
                                   {"meanLateNs", Value(stream->late_ns / pushed)},
                                   {"mostLateNs", Value(stream->most_late_ns.load())}});
   }

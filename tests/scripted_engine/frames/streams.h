@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/attachments.h"
 #include "core/value.h"
 #include "frames/video_frame.h"
 
@@ -71,10 +72,17 @@ class Streams {
     std::atomic<int64_t> sink_cpu_ns{0};
     std::atomic<int64_t> late_ns{0};
     std::atomic<int64_t> most_late_ns{0};
+    // Of pictures lent to the video processor.
+    std::atomic<int64_t> old_pixels{0};
+    std::atomic<int64_t> reordered{0};
+    int64_t last_stamp = -1;
+    std::mutex times_mutex;
+    std::vector<int64_t> times_ns;
   };
 
   void run(size_t number, size_t threads);
   void push(Stream& stream);
+  bool lend(Stream& stream, const Slot& slot, ScriptedVideoFrame& frame) const;
   bool pauseUntil(Clock::time_point due);
 
   mutable std::mutex mutex_;

@@ -77,8 +77,9 @@ class ScriptedVideoFrame final : public rtc::IVideoFrame {
 
   /// To the module, in one of the ways of having a frame.
   void handOut(State state);
-  /// Back from a callback that it was lent to.
+  /// Back from a callback that it was lent to, for good or to be used again.
   void takeBack();
+  void takeBackForUse() { state_ = kWithEngine; }
 
   /// From now on the frame is not poisoned at its release but goes home.
   void setHome(std::shared_ptr<FrameHome> home) { home_ = std::move(home); }
