@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "images.h"
+#include "thread_copies.h"
 
 namespace {
 
@@ -145,6 +146,7 @@ Napi::Object initialize(Napi::Env env, Napi::Object exports) {
   exports.Set("threadCpuNs", Napi::Function::New<jsThreadCpuNs>(env, "threadCpuNs"));
   exports.Set("pageFaults", Napi::Function::New<jsPageFaults>(env, "pageFaults"));
   exports.Set("copyCold", Napi::Function::New<jsCopyCold>(env, "copyCold"));
+  exports.Set("copyThroughThread", Napi::Function::New<corvane::bench::jsCopyThroughThread>(env, "copyThroughThread"));
   exports.Set("convertCold", Napi::Function::New<jsConvertCold>(env, "convertCold"));
   exports.Set("copyBuffers", Napi::Function::New<jsCopyBuffers>(env, "copyBuffers"));
   exports.Set("writeLines", Napi::Function::New<jsWriteLines>(env, "writeLines"));

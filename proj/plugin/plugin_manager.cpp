@@ -7,9 +7,10 @@
 namespace corvane {
 
 int32_t PluginManager::registerPlugin(const char* path, rtc::IRTCVideo& engine) {
+  const std::lock_guard<std::mutex> lock(coming_and_going_);
   if (!load(path)) return -1;
   if (attach(engine)) return 0;
-  unregisterPlugin();
+  unregister();
   return -1;
 }
 
@@ -54,15 +55,21 @@ void PluginManager::detach() {
 }
 
 int32_t PluginManager::unregisterPlugin() {
+  const std::lock_guard<std::mutex> lock(coming_and_going_);
+  return unregister();
+}
+
+int32_t PluginManager::unregister() {
+  static constexpr char kCaller[] = "unregisterPlugin";
   if (plugin_.instance == nullptr) return -1;
   // Without the lock, for which the consumer may be waiting.
   detach();
   const std::lock_guard<std::mutex> lock(plugin_.mutex);
-  LogWrite(kLogInfo, "%s::%s(%d) start.", kPluginManagerName, __func__, __LINE__);
+  LogWrite(kLogInfo, "%s::%s(%d) start.", kPluginManagerName, kCaller, __LINE__);
   video_.forgetFirstOutput();
   plugin_.instance = nullptr;
   library_.unload();
-  LogWrite(kLogInfo, "%s::%s(%d) end.", kPluginManagerName, __func__, __LINE__);
+  LogWrite(kLogInfo, "%s::%s(%d) end.", kPluginManagerName, kCaller, __LINE__);
   return 0;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 
 #include "corvane_rtc/audio_frame.h"
 #include "corvane_rtc/rtc_video.h"
@@ -36,6 +37,7 @@ class PluginManager final : public rtc::IVideoProcessor, public rtc::IAudioFrame
   int32_t onProcessScreenAudioFrame(rtc::IAudioFrame* audio_frame) override;
 
  private:
+  int32_t unregister();
   bool load(const char* path);
   bool attach(rtc::IRTCVideo& engine);
   void detach();
@@ -43,6 +45,8 @@ class PluginManager final : public rtc::IVideoProcessor, public rtc::IAudioFrame
   template <class Process>
   int32_t processAudio(const rtc::IAudioFrame* audio_frame, Process process) const;
 
+  /// Held while a plug-in comes or goes: the engine may be ended on another thread.
+  std::mutex coming_and_going_;
   PluginSlot plugin_;
   PluginLibrary library_;
   VideoPath video_{plugin_};

@@ -10,6 +10,8 @@ namespace corvane {
 
 void VideoPath::createConsumerThread() {
   LogWrite(kLogInfo, "%s::%s(%d).", kPluginManagerName, __func__, __LINE__);
+  // A frame that was under way when an earlier thread ended may have left a record behind.
+  dropAll();
   stopped_ = false;
   consumer_ = std::thread([this] { consume(); });
 }
@@ -25,6 +27,10 @@ void VideoPath::releaseConsumerThread() {
   output_ready_.notify_all();
   if (consumer_.joinable()) consumer_.join();
   LogWrite(kLogInfo, "%s::%s(%d) end.", kPluginManagerName, __func__, __LINE__);
+  dropAll();
+}
+
+void VideoPath::dropAll() {
   const std::scoped_lock lock(input_mutex_, output_mutex_);
   input_.reset();
   output_.reset();

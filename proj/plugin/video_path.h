@@ -53,6 +53,7 @@ class VideoPath {
   Record awaitOutput();
 
   void consume();
+  void dropAll();
   Record awaitInput();
   bool runPlugin(VideoRecord& record);
   void deliver(Record record);

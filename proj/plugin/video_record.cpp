@@ -1,10 +1,14 @@
 #include "plugin/video_record.h"
 
+#include <cstddef>
 #include <cstring>
 #include <new>
 
 namespace corvane {
 namespace {
+
+static_assert(offsetof(plugin::VideoFrame, data_y) == 24 && offsetof(plugin::VideoFrame, rotation) == 48 &&
+              offsetof(plugin::VideoFrame, timestamp) == 56);
 
 constexpr int32_t kPlanes = 3;
 constexpr int64_t kMostPixels = int64_t{1} << 29U;
