@@ -81,11 +81,28 @@ void recycle(napi_env, void* data, void* size) {
   FrameMemory::instance().giveBack(static_cast<uint8_t*>(data), reinterpret_cast<size_t>(size));
 }
 
+// Has the host look for unused buffers among the young objects. For memory that is not its own it only ever collects
+// the whole heap, every 64 MB, which costs as much as a frame's copy; before it makes memory of its own it looks
+// whether young objects hold 32 MB, and then collects those alone.
+void inviteCollection(napi_env env, size_t size) {
+  constexpr size_t kInterval = size_t{16} << 20U;
+  static thread_local size_t made = 0;
+  made += size;
+  if (made < kInterval) return;
+  made = 0;
+  void* data = nullptr;
+  napi_value smallest = nullptr;
+  napi_create_arraybuffer(env, 1, &data, &smallest);
+}
+
 // A Buffer on the block, which `finalizer` gets once the Buffer was collected; where the host forbids that, a copy.
 napi_value makeBuffer(napi_env env, uint8_t* data, size_t size, napi_finalize finalizer) {
   napi_value buffer = nullptr;
   auto* const hint = reinterpret_cast<void*>(size);  // NOLINT: the finaliser needs no more than the number
-  if (napi_create_external_buffer(env, size, data, finalizer, hint, &buffer) == napi_ok) return buffer;
+  if (napi_create_external_buffer(env, size, data, finalizer, hint, &buffer) == napi_ok) {
+    inviteCollection(env, size);
+    return buffer;
+  }
   if (napi_create_buffer_copy(env, size, data, nullptr, &buffer) != napi_ok) buffer = nullptr;
   FrameMemory::instance().giveBack(data, size);
   return buffer;
