@@ -25,7 +25,7 @@ else
   mapfile -t sources < <(node -e '
     const root = process.cwd() + "/";
     const files = require("./build/release/compile_commands.json").map((entry) => entry.file);
-    const ours = /^(proj|engine|tests|bench)\//;
+    const ours = /^(proj|engine|tests|bench|examples)\//;
     const found = files.filter((file) => file.startsWith(root)).map((file) => file.slice(root.length));
     console.log([...new Set(found.filter((file) => ours.test(file)))].sort().join("\n"));')
 fi

@@ -35,8 +35,8 @@ class TestPlugin final : public corvane::plugin::IPlugin {
   }
 
   // "mask N": what pixels and samples are combined with; "hold 1": pictures wait for the file "go", which is removed by
-  // the first that sees it; "wait N": milliseconds each picture takes; "meddle 1": pictures' records are scribbled
-  // over; "quiet 1": pictures and sounds are not noted.
+  // the first that sees it; "wait N": milliseconds each picture takes, and one of them each sound; "meddle 1":
+  // pictures' records are scribbled over; "quiet 1": pictures and sounds are not noted.
   bool setParameter(const char* parameter) override {
     note(std::string("parameter ") + parameter);
     char name[16] = {};
@@ -98,6 +98,7 @@ class TestPlugin final : public corvane::plugin::IPlugin {
 
   void sound(const std::string& kind, AudioFrame* frame) {
     if (!quiet_) note(kind + numbers({frame->timestamp, frame->sample_rate, frame->channels, frame->data_size}));
+    if (wait_ms_ > 0) sleep(1);
     if (frame->data != nullptr) mask(frame->data, static_cast<size_t>(frame->data_size));
   }
 

@@ -68,9 +68,9 @@ void SoftPlane::average(const uint8_t* pixels, int32_t stride, int32_t width, in
 void SoftPlane::smooth() {
   smoothed_.resize(blocks_.size());
   const auto at = [this](int32_t row, int32_t column) {
-    const int32_t inside_row = std::clamp(row, 0, rows_ - 1);
-    const int32_t inside_column = std::clamp(column, 0, columns_ - 1);
-    return uint32_t{blocks_[static_cast<size_t>(inside_row * columns_ + inside_column)]};
+    const auto inside_row = static_cast<size_t>(std::clamp(row, 0, rows_ - 1));
+    const auto inside_column = static_cast<size_t>(std::clamp(column, 0, columns_ - 1));
+    return uint32_t{blocks_[inside_row * static_cast<size_t>(columns_) + inside_column]};
   };
   uint16_t* out = smoothed_.data();
   for (int32_t row = 0; row < rows_; ++row) {
