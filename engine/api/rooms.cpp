@@ -25,8 +25,7 @@ IAudioMixingManager* RtcVideo::getAudioMixingManager() {
 }
 
 IVideoEffect* RtcVideo::getVideoEffectInterface() {
-  notSupported(__func__);
-  return nullptr;
+  return &video_effect_;
 }
 
 IKTVManager* RtcVideo::getKTVManager() {

@@ -23,13 +23,16 @@ EngineParameters readParametersLogged(std::string_view text, EngineLog& log) {
 RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* handler, std::string_view parameters)
     : context_{.log = EngineLog(std::move(log)), .events = handler != nullptr ? handler : &no_events, .thread = {}},
       parameters_(readParametersLogged(parameters, context_.log)),
+      missing_operations_(context_.log),
+      video_effect_(context_, missing_operations_, local_video_),
       cameras_(context_, parameters_.cameras),
       video_devices_(cameras_, [this](const std::string& id) {
         context_.thread.post([this, id] { video_capture_->setCamera(id); });
       }) {
   context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
   context_.thread.post([this] {
-    video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, camera_sink_);
+    video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, local_video_, pushed_video_);
+    zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {
@@ -42,20 +45,12 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
 
 RtcVideo::~RtcVideo() {
   context_.thread.finish([this] {
+    zoom_.reset();
     video_capture_.reset();
     cameras_.stop();
   });
+  pushed_video_.close();
   context_.log.info("engine ended");
-}
-
-int32_t RtcVideo::notSupported(const char* operation) {
-  bool is_first = false;
-  {
-    const std::lock_guard lock(not_supported_mutex_);
-    is_first = not_supported_.insert(operation).second;
-  }
-  if (is_first) context_.log.warning("%s: the engine does not offer this operation", operation);
-  return kNotSupported;
 }
 
 }  // namespace corvane::rtc

@@ -2,18 +2,20 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <set>
 #include <string>
 #include <string_view>
 
+#include "api/missing_operations.h"
+#include "api/video_effect.h"
+#include "capture/pushed_pictures.h"
 #include "capture/video_capture.h"
 #include "core/engine_context.h"
 #include "core/parameters.h"
 #include "corvane_rtc/rtc_video.h"
 #include "devices/camera_list.h"
 #include "devices/video_device_manager.h"
-#include "media/video_sink_slot.h"
+#include "effects/digital_zoom.h"
+#include "effects/local_video.h"
 
 namespace corvane::rtc {
 
@@ -188,17 +190,18 @@ class RtcVideo final : public IRTCVideo {
   int32_t setPublicStreamAudioPlaybackVolume(const char* public_stream_id, int32_t volume) override;
 
  private:
-  int32_t notSupported(const char* operation);
+  int32_t notSupported(const char* operation) { return missing_operations_.refuse(operation); }
 
   EngineContext context_;
   const EngineParameters parameters_;
-  VideoSinkSlot camera_sink_;
+  MissingOperations missing_operations_;
+  LocalVideo local_video_;
+  VideoEffect video_effect_;
+  PushedQueue pushed_video_;
   CameraList cameras_;
   VideoDeviceManager video_devices_;
-  std::unique_ptr<VideoCapture> video_capture_;  // the engine thread's
-
-  std::mutex not_supported_mutex_;
-  std::set<std::string_view> not_supported_;  // operations that the log has told of
+  std::unique_ptr<VideoCapture> video_capture_;  // the engine thread's, as is:
+  std::unique_ptr<DigitalZoom> zoom_;
 };
 
 }  // namespace corvane::rtc

@@ -1,5 +1,10 @@
 // Pictures: capture, encoding, raw frames.
+#include <memory>
+#include <string>
+#include <utility>
+
 #include "api/rtc_video.h"
+#include "capture/image_file.h"
 
 namespace corvane::rtc {
 
@@ -19,6 +24,7 @@ bool isSide(int32_t pixels) {
 // Video capture and encoding.
 
 int32_t RtcVideo::startVideoCapture() {
+  if (pushed_video_.isOpen()) return kWrongState;
   context_.thread.post([this] { video_capture_->start(); });
   return kSuccess;
 }
@@ -42,16 +48,35 @@ int32_t RtcVideo::setVideoCaptureConfig(const VideoCaptureConfig& config) {
   return kSuccess;
 }
 
-int32_t RtcVideo::setVideoCaptureRotation(int32_t /*rotation*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setVideoCaptureRotation(int32_t rotation) {
+  if (rotation < 0 || rotation >= 360 || rotation % 90 != 0) return kInvalidParameter;
+  local_video_.setRotation(rotation);
+  return kSuccess;
 }
 
-int32_t RtcVideo::setLocalVideoMirrorType(int32_t /*mirror_type*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setLocalVideoMirrorType(int32_t mirror_type) {
+  if (mirror_type != kMirrorTypeNone && mirror_type != kMirrorTypeRender &&
+      mirror_type != kMirrorTypeRenderAndEncoder) {
+    return kInvalidParameter;
+  }
+  // Nothing is sent yet that one of the modes would leave as it is.
+  local_video_.setMirror(mirror_type != kMirrorTypeNone);
+  return kSuccess;
 }
 
-int32_t RtcVideo::setDummyCaptureImagePath(const char* /*file_path*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setDummyCaptureImagePath(const char* file_path) {
+  std::shared_ptr<Image> image;
+  if (file_path != nullptr && *file_path != '\0') {
+    image = std::make_shared<Image>();
+    std::string problem;
+    const int32_t status = loadImage(file_path, *image, problem);
+    if (status != kSuccess) {
+      context_.log.warning("image instead of the camera %s: %s", file_path, problem.c_str());
+      return status;
+    }
+  }
+  context_.thread.post([this, image = std::move(image)] { video_capture_->setStandIn(image); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::setLowLightAdjusted(int32_t /*mode*/) {
@@ -86,26 +111,39 @@ int32_t RtcVideo::setRemoteVideoSuperResolution(const StreamKey& /*stream_key*/,
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::setVideoDigitalZoomConfig(int32_t /*type*/, double /*size*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setVideoDigitalZoomConfig(int32_t type, double size) {
+  if (!isZoomConfig(type, size)) return kInvalidParameter;
+  context_.thread.post([this, type, size] {
+    if (type == kZoomConfigTypeFocusOffset) {
+      zoom_->setZoomStep(size);
+    } else {
+      zoom_->setMoveStep(size);
+    }
+  });
+  return kSuccess;
 }
 
-int32_t RtcVideo::setVideoDigitalZoomControl(int32_t /*direction*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setVideoDigitalZoomControl(int32_t direction) {
+  if (!isZoomDirection(direction)) return kInvalidParameter;
+  context_.thread.post([this, direction] { zoom_->step(direction); });
+  return kSuccess;
 }
 
-int32_t RtcVideo::startVideoDigitalZoomControl(int32_t /*direction*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::startVideoDigitalZoomControl(int32_t direction) {
+  if (!isZoomDirection(direction)) return kInvalidParameter;
+  context_.thread.post([this, direction] { zoom_->start(direction); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::stopVideoDigitalZoomControl() {
-  return notSupported(__func__);
+  context_.thread.post([this] { zoom_->stop(); });
+  return kSuccess;
 }
 
 // Raw video in and out.
 
 int32_t RtcVideo::setLocalVideoSink(int32_t stream_index, IVideoSink* sink, int32_t required_format) {
-  if (stream_index == kStreamIndexMain) return camera_sink_.attach(sink, required_format);
+  if (stream_index == kStreamIndexMain) return local_video_.sink().attach(sink, required_format);
   return stream_index == kStreamIndexScreen ? notSupported(__func__) : kInvalidParameter;
 }
 
@@ -119,17 +157,26 @@ int32_t RtcVideo::setPublicStreamVideoSink(const char* /*public_stream_id*/, IVi
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::registerVideoProcessor(IVideoProcessor* /*processor*/, const VideoPreprocessorConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::registerVideoProcessor(IVideoProcessor* processor, const VideoPreprocessorConfig& config) {
+  return local_video_.processor().attach(processor, config.required_pixel_format);
 }
 
-int32_t RtcVideo::setVideoSourceType(int32_t /*stream_index*/, int32_t /*type*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setVideoSourceType(int32_t stream_index, int32_t type) {
+  if (type != kVideoSourceTypeExternal && type != kVideoSourceTypeInternal) return kInvalidParameter;
+  if (stream_index == kStreamIndexScreen) return notSupported("setVideoSourceType of the screen");
+  if (stream_index != kStreamIndexMain) return kInvalidParameter;
+  const bool pushed = type == kVideoSourceTypeExternal;
+  if (pushed) {
+    pushed_video_.open();
+  } else {
+    pushed_video_.close();
+  }
+  context_.thread.post([this, pushed] { video_capture_->setPushed(pushed); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::pushExternalVideoFrame(IVideoFrame* frame) {
-  if (frame != nullptr) frame->release();  // taken, whatever becomes of it
-  return notSupported(__func__);
+  return pushed_video_.push(frame);
 }
 
 }  // namespace corvane::rtc

@@ -99,8 +99,10 @@ GstFlowReturn PicturePipeline::onSample(GstPtr<GstSample> sample) {
     if (!gst_video_info_from_caps(&sample_info_, caps)) return GST_FLOW_NOT_NEGOTIATED;
     sample_caps_.reset(gst_caps_ref(caps));
   }
-  GstBuffer* picture = gst_sample_get_buffer(sample.get());
-  receiver_.onPicture(picture, sample_info_, GST_BUFFER_PTS(picture));
+  GstPtr<GstBuffer> picture(gst_buffer_ref(gst_sample_get_buffer(sample.get())));
+  sample.reset();  // the receiver is to be the only owner
+  const GstClockTime time = GST_BUFFER_PTS(picture.get());
+  receiver_.onPicture(std::move(picture), sample_info_, time);
   return GST_FLOW_OK;
 }
 

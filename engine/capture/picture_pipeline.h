@@ -22,7 +22,7 @@ class PicturePipeline {
   class Receiver {
    public:
     /// On the pipeline's thread, one at a time. `time` is when the picture was due, in nanoseconds on the clock.
-    virtual void onPicture(GstBuffer* picture, const GstVideoInfo& info, GstClockTime time) = 0;
+    virtual void onPicture(GstPtr<GstBuffer> picture, const GstVideoInfo& info, GstClockTime time) = 0;
     /// On the engine thread, at most once. The receiver may destroy the pipeline.
     virtual void onPipelineFailed(const std::string& text) = 0;
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "capture/clip_source.h"
+#include "capture/image_source.h"
 #include "capture/live_sources.h"
 #include "devices/camera_id.h"
 
@@ -15,28 +16,74 @@ constexpr std::chrono::seconds kFirstPictureTimeout(10);
 
 }  // namespace
 
-VideoCapture::VideoCapture(EngineContext& context, const CameraList& cameras, VideoSinkSlot& sink)
-    : context_(context), cameras_(cameras), sink_(sink) {}
+VideoCapture::VideoCapture(EngineContext& context, const CameraList& cameras, LocalVideo& local, PushedQueue& pushed)
+    : context_(context), cameras_(cameras), local_(local), pushed_queue_(pushed) {}
 
 VideoCapture::~VideoCapture() {
   close();
 }
 
 void VideoCapture::start() {
+  if (state_ == State::kPushed) return;
   wanted_ = true;
-  if (state_ == State::kOff || state_ == State::kFailed) open();
+  if (state_ == State::kStandIn) close();
+  if (state_ == State::kOff || state_ == State::kStandIn || state_ == State::kFailed) open();
 }
 
 void VideoCapture::stop() {
+  if (stopCamera()) showStandIn();
+}
+
+bool VideoCapture::stopCamera() {
   wanted_ = false;
-  if (state_ == State::kOff) return;
+  if (state_ == State::kOff || state_ == State::kStandIn || state_ == State::kPushed) return false;
   const bool delivered = state_ == State::kDelivering;
   close();
   state_ = State::kOff;
   context_.log.info("camera %s stopped; %lld pictures dropped so far because the sink held too many", opened_.c_str(),
-                    static_cast<long long>(sink_.dropped()));
+                    static_cast<long long>(local_.sink().dropped()));
   if (delivered) reportDevice(kMediaDeviceStateStopped, kMediaDeviceErrorOk);
   reportStream(kLocalVideoStreamStateStopped, kLocalVideoStreamErrorOk);
+  return true;
+}
+
+void VideoCapture::setPushed(bool pushed) {
+  if (pushed == (state_ == State::kPushed)) return;
+  if (pushed) {
+    stopCamera();
+    close();
+    state_ = State::kPushed;
+    session_ = std::make_shared<char>();
+    seen_size_ = {};
+    context_.log.info("pictures come from the application");
+    pushed_ = std::make_unique<PushedPictures>(pushed_queue_, *this);
+    return;
+  }
+  close();
+  state_ = State::kOff;
+  context_.log.info(
+      "pictures come from the camera; %lld of the application's were dropped so far because too many waited",
+      static_cast<long long>(pushed_queue_.dropped()));
+  if (stream_reported_) reportStream(kLocalVideoStreamStateStopped, kLocalVideoStreamErrorOk);
+  showStandIn();
+}
+
+void VideoCapture::setStandIn(std::shared_ptr<const Image> image) {
+  stand_in_ = std::move(image);
+  if (state_ == State::kStandIn) {
+    close();
+    state_ = State::kOff;
+  }
+  if (state_ == State::kOff) showStandIn();
+}
+
+void VideoCapture::showStandIn() {
+  if (stand_in_ == nullptr) return;
+  state_ = State::kStandIn;
+  shows_stand_in_ = true;
+  openPipeline();
+  source_ = std::make_unique<ImageSource>(context_, queue_, *this, stand_in_);
+  source_->start();
 }
 
 void VideoCapture::setCamera(const std::string& id) {
@@ -53,6 +100,7 @@ void VideoCapture::setShape(const PictureShape& wanted) {
   shape_ = wanted;
   if (pipeline_ == nullptr) return;
   openPipeline();
+  if (state_ == State::kStandIn) return;
   // A device may offer a format of that shape; a clip or a test picture has none to choose from.
   if (std::holds_alternative<DeviceCamera>(parseCameraId(opened_))) open();
 }
@@ -83,7 +131,9 @@ void VideoCapture::close() {
   watchdog_.reset();
   source_.reset();
   pipeline_.reset();
+  pushed_.reset();
   session_.reset();
+  shows_stand_in_ = false;
   queue_.clear();
 }
 
@@ -102,8 +152,10 @@ std::unique_ptr<VideoSource> VideoCapture::makeSource() {
 }
 
 void VideoCapture::fail(const CaptureFault& fault) {
+  const bool is_camera = state_ != State::kStandIn;
   close();
-  state_ = State::kFailed;
+  state_ = is_camera ? State::kFailed : State::kOff;
+  if (!is_camera) return context_.log.error("the image instead of the camera failed: %s", fault.text.c_str());
   context_.log.error("camera %s failed: %s", opened_.c_str(), fault.text.c_str());
   reportDevice(kMediaDeviceStateRuntimeError, fault.device_error);
   reportStream(kLocalVideoStreamStateFailed, videoStreamError(fault));
@@ -120,6 +172,7 @@ void VideoCapture::reportStream(LocalVideoStreamState state, LocalVideoStreamErr
 }
 
 void VideoCapture::onSourceDelivers() {
+  if (state_ == State::kStandIn) return;
   watchdog_.reset();
   state_ = State::kDelivering;
   reportDevice(kMediaDeviceStateStarted, kMediaDeviceErrorOk);
@@ -133,27 +186,40 @@ void VideoCapture::onPipelineFailed(const std::string& text) {
   fail({kMediaFailure, kMediaDeviceErrorUnsupportedFormat, text});
 }
 
-void VideoCapture::onPicture(GstBuffer* picture, const GstVideoInfo& info, GstClockTime time) {
-  const Size size = {GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info)};
-  if (size != seen_size_) {
-    seen_size_ = size;
-    context_.thread.post(session_, [this, size] { onSize(size); });
-  }
+void VideoCapture::onPicture(GstPtr<GstBuffer> buffer, const GstVideoInfo& info, GstClockTime time) {
   // A clip is decoded ahead, so that a picture of the last camera may have been due after the first of the next one.
   if (time <= last_time_) return;
   last_time_ = time;
-  sink_.deliver(picture, info, static_cast<int64_t>(GST_TIME_AS_USECONDS(time)));
+  Picture picture = {std::move(buffer), info, static_cast<int64_t>(GST_TIME_AS_USECONDS(time)), 0};
+  if (shows_stand_in_) {
+    local_.showAsIs(std::move(picture));
+  } else {
+    show(std::move(picture));
+  }
+}
+
+void VideoCapture::onPushedPicture(Picture picture) {
+  show(std::move(picture));
+}
+
+void VideoCapture::show(Picture picture) {
+  const VideoFrameInfo info = local_.show(std::move(picture));
+  const Size size = {info.width, info.height, info.rotation};
+  if (size == seen_size_) return;
+  seen_size_ = size;
+  context_.thread.post(session_, [this, size] { onSize(size); });
 }
 
 void VideoCapture::onSize(Size size) {
-  const VideoFrameInfo info = {size.width, size.height, 0};
+  const VideoFrameInfo info = {size.width, size.height, size.rotation};
   const Size previous = std::exchange(reported_size_, size);
+  const char* const source = state_ == State::kPushed ? "the application" : opened_.c_str();
   if (!stream_reported_) {
-    context_.log.info("camera %s delivers %dx%d", opened_.c_str(), size.width, size.height);
+    context_.log.info("%s delivers %dx%d", source, size.width, size.height);
     reportStream(kLocalVideoStreamStateRecording, kLocalVideoStreamErrorOk);
     context_.events->onFirstLocalVideoFrameCaptured(kStreamIndexMain, info);
   } else if (size != previous) {
-    context_.log.info("camera %s now delivers %dx%d", opened_.c_str(), size.width, size.height);
+    context_.log.info("%s now delivers %dx%d", source, size.width, size.height);
     context_.events->onLocalVideoSizeChanged(kStreamIndexMain, info);
   }
 }

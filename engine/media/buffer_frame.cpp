@@ -41,13 +41,15 @@ FrameTicket::~FrameTicket() {
   if (budget_ != nullptr) budget_->left.fetch_add(1, std::memory_order_relaxed);
 }
 
-BufferFrame* BufferFrame::make(GstBuffer* buffer, const GstVideoInfo& info, int64_t timestamp_us, FrameTicket ticket) {
+BufferFrame* BufferFrame::make(GstBuffer* buffer, const GstVideoInfo& info, int64_t timestamp_us, int32_t rotation,
+                               FrameTicket ticket) {
   auto* frame = new BufferFrame();  // owned by whoever the frame is handed to, until release()
   if (!gst_video_frame_map(&frame->frame_, &info, buffer, GST_MAP_READ)) {
     delete frame;
     return nullptr;
   }
   frame->timestamp_us_ = timestamp_us;
+  frame->rotation_ = rotation;
   frame->ticket_ = std::move(ticket);
   return frame;
 }

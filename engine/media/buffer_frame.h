@@ -39,14 +39,15 @@ class FrameTicket {
 class BufferFrame final : public IVideoFrame {
  public:
   /// Null when the buffer cannot be read. `info` describes I420, RGBA or BGRA pixels.
-  static BufferFrame* make(GstBuffer* buffer, const GstVideoInfo& info, int64_t timestamp_us, FrameTicket ticket);
+  static BufferFrame* make(GstBuffer* buffer, const GstVideoInfo& info, int64_t timestamp_us, int32_t rotation,
+                           FrameTicket ticket);
 
   int32_t frameType() const override { return kVideoFrameRawMemory; }
   int32_t pixelFormat() const override;
   int64_t timestampUs() const override { return timestamp_us_; }
   int32_t width() const override { return GST_VIDEO_FRAME_WIDTH(&frame_); }
   int32_t height() const override { return GST_VIDEO_FRAME_HEIGHT(&frame_); }
-  int32_t rotation() const override { return 0; }
+  int32_t rotation() const override { return rotation_; }
   uint8_t* planeData(int32_t plane) const override;
   int32_t planeStride(int32_t plane) const override;
   void release() override;
@@ -61,6 +62,7 @@ class BufferFrame final : public IVideoFrame {
 
   GstVideoFrame frame_;  // filled by make()
   int64_t timestamp_us_ = 0;
+  int32_t rotation_ = 0;
   FrameTicket ticket_;
 };
 

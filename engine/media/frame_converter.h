@@ -1,4 +1,4 @@
-// Turns pictures into another pixel format of the same size.
+// Turns pictures into another pixel format, or the engine's own colours, of the same size.
 #pragma once
 
 #include <gst/video/video.h>
@@ -6,17 +6,13 @@
 #include <memory>
 
 #include "core/gst_pointers.h"
+#include "media/picture.h"
 
 namespace corvane::rtc {
 
 /// Keeps its tables and recycles the memory of pictures that have been given back. One thread at a time.
 class FrameConverter {
  public:
-  FrameConverter() = default;
-  ~FrameConverter() { reset(); }
-  FrameConverter(const FrameConverter&) = delete;
-  FrameConverter& operator=(const FrameConverter&) = delete;
-
   /// The picture in `format`, described by outInfo(). Null when it cannot be made.
   GstPtr<GstBuffer> convert(GstBuffer* picture, const GstVideoInfo& info, GstVideoFormat format);
   const GstVideoInfo& outInfo() const { return out_info_; }
@@ -27,12 +23,11 @@ class FrameConverter {
   };
 
   bool prepare(const GstVideoInfo& info, GstVideoFormat format);
-  void reset();
 
   GstVideoInfo in_info_ = {};
   GstVideoInfo out_info_ = {};
   std::unique_ptr<GstVideoConverter, FreeConverter> converter_;
-  GstPtr<GstBufferPool> pool_;
+  PicturePool pool_;
 };
 
 }  // namespace corvane::rtc

@@ -1,6 +1,5 @@
 #include "media/memory_frames.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -11,77 +10,6 @@
 namespace corvane::rtc {
 
 namespace {
-
-// Larger than any picture that can be shown, small enough that no size below overflows.
-constexpr int32_t kMaxSide = 16384;
-constexpr size_t kMaxPlanes = 3;
-
-struct PlaneShape {
-  int32_t row_bytes = 0;
-  int32_t rows = 0;
-};
-
-std::array<PlaneShape, kMaxPlanes> planeShapes(int32_t pixel_format, int32_t width, int32_t height) {
-  if (pixel_format != kVideoPixelFormatI420) return {{{width * 4, height}}};
-  const PlaneShape chroma = {(width + 1) / 2, (height + 1) / 2};
-  return {{{width, height}, chroma, chroma}};
-}
-
-bool isRotation(int32_t degrees) {
-  return degrees >= 0 && degrees < 360 && degrees % 90 == 0;
-}
-
-class MemoryVideoFrame final : public IVideoFrame {
- public:
-  MemoryVideoFrame(const VideoFrameBuilder& builder, const std::array<PlaneShape, kMaxPlanes>& shapes)
-      : pixel_format_(builder.pixel_format),
-        width_(builder.width),
-        height_(builder.height),
-        rotation_(builder.rotation),
-        timestamp_us_(builder.timestamp_us) {
-    size_t size = 0;
-    for (const PlaneShape& shape : shapes)
-      size += static_cast<size_t>(shape.row_bytes) * static_cast<size_t>(shape.rows);
-    pixels_.resize(size);
-    uint8_t* target = pixels_.data();
-    for (size_t plane = 0; plane < shapes.size() && shapes[plane].rows > 0; ++plane) {
-      planes_[plane] = {target, shapes[plane].row_bytes};
-      const auto row_bytes = static_cast<size_t>(shapes[plane].row_bytes);
-      const uint8_t* source = builder.data[plane];
-      for (int32_t row = 0; row < shapes[plane].rows; ++row) {
-        memcpy(target, source + static_cast<ptrdiff_t>(row) * builder.linesize[plane], row_bytes);
-        target += row_bytes;
-      }
-    }
-  }
-
-  int32_t frameType() const override { return kVideoFrameRawMemory; }
-  int32_t pixelFormat() const override { return pixel_format_; }
-  int64_t timestampUs() const override { return timestamp_us_; }
-  int32_t width() const override { return width_; }
-  int32_t height() const override { return height_; }
-  int32_t rotation() const override { return rotation_; }
-  uint8_t* planeData(int32_t plane) const override { return hasPlane(plane) ? planes_[index(plane)].data : nullptr; }
-  int32_t planeStride(int32_t plane) const override { return hasPlane(plane) ? planes_[index(plane)].stride : 0; }
-  void release() override { delete this; }
-
- private:
-  struct Plane {
-    uint8_t* data = nullptr;
-    int32_t stride = 0;
-  };
-
-  static size_t index(int32_t plane) { return static_cast<size_t>(plane); }
-  static bool hasPlane(int32_t plane) { return plane >= 0 && index(plane) < kMaxPlanes; }
-
-  const int32_t pixel_format_;
-  const int32_t width_;
-  const int32_t height_;
-  const int32_t rotation_;
-  const int64_t timestamp_us_;
-  std::vector<uint8_t> pixels_;
-  std::array<Plane, kMaxPlanes> planes_;  // those that the format lacks stay null
-};
 
 class MemoryAudioFrame final : public IAudioFrame {
  public:
@@ -119,19 +47,42 @@ class MemoryAudioFrame final : public IAudioFrame {
 
 }  // namespace
 
-IVideoFrame* makeMemoryVideoFrame(const VideoFrameBuilder& builder) {
-  const bool known_format = builder.pixel_format == kVideoPixelFormatI420 ||
-                            builder.pixel_format == kVideoPixelFormatRGBA ||
-                            builder.pixel_format == kVideoPixelFormatARGB;
-  if (!known_format || builder.width <= 0 || builder.width > kMaxSide || builder.height <= 0 ||
-      builder.height > kMaxSide || !isRotation(builder.rotation)) {
-    return nullptr;
+MemoryVideoFrame::MemoryVideoFrame(const VideoFrameBuilder& builder, const PlaneShapes& shapes, PixelBlock block)
+    : pixel_format_(builder.pixel_format),
+      color_space_(builder.color_space),
+      width_(builder.width),
+      height_(builder.height),
+      rotation_(builder.rotation),
+      timestamp_us_(builder.timestamp_us),
+      block_(std::move(block)) {
+  uint8_t* target = block_.pixels.get();
+  for (size_t plane = 0; plane < shapes.size() && shapes[plane].rows > 0; ++plane) {
+    const auto row_bytes = static_cast<size_t>(shapes[plane].row_bytes);
+    const auto rows = static_cast<size_t>(shapes[plane].rows);
+    planes_[plane] = {target, shapes[plane].row_bytes};
+    if (builder.linesize[plane] == shapes[plane].row_bytes) {
+      memcpy(target, builder.data[plane], row_bytes * rows);
+    } else {
+      for (size_t row = 0; row < rows; ++row) {
+        const size_t start = row * static_cast<size_t>(builder.linesize[plane]);
+        memcpy(target + row * row_bytes, builder.data[plane] + start, row_bytes);
+      }
+    }
+    target += row_bytes * rows;
   }
+}
+
+IVideoFrame* makeMemoryVideoFrame(const VideoFrameBuilder& builder) {
+  if (!isPictureShape(builder.pixel_format, builder.width, builder.height, builder.rotation)) return nullptr;
   const auto shapes = planeShapes(builder.pixel_format, builder.width, builder.height);
+  size_t size = 0;
   for (size_t plane = 0; plane < shapes.size() && shapes[plane].rows > 0; ++plane) {
     if (builder.data[plane] == nullptr || builder.linesize[plane] < shapes[plane].row_bytes) return nullptr;
+    size += static_cast<size_t>(shapes[plane].row_bytes) * static_cast<size_t>(shapes[plane].rows);
   }
-  return std::make_unique<MemoryVideoFrame>(builder, shapes).release();
+  PixelBlock block = takePixels(size);
+  if (block.pixels == nullptr) return nullptr;
+  return std::make_unique<MemoryVideoFrame>(builder, shapes, std::move(block)).release();
 }
 
 IAudioFrame* makeMemoryAudioFrame(const AudioFrameBuilder& builder) {

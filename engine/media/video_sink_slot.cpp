@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "core/gst_pointers.h"
-
 namespace corvane::rtc {
 
 namespace {
@@ -24,7 +22,7 @@ int32_t VideoSinkSlot::attach(IVideoSink* sink, int32_t pixel_format) {
   return kSuccess;
 }
 
-void VideoSinkSlot::deliver(GstBuffer* picture, const GstVideoInfo& info, int64_t timestamp_us) {
+void VideoSinkSlot::deliver(const Picture& picture) {
   Target target;
   {
     const std::lock_guard lock(mutex_);
@@ -37,15 +35,16 @@ void VideoSinkSlot::deliver(GstBuffer* picture, const GstVideoInfo& info, int64_
     return;
   }
 
+  GstBuffer* delivered = picture.buffer.get();
+  const GstVideoInfo* info = &picture.info;
   GstPtr<GstBuffer> converted;
-  const GstVideoInfo* delivered_info = &info;
-  if (target.format != GST_VIDEO_INFO_FORMAT(&info)) {
-    converted = converter_.convert(picture, info, target.format);
+  if (target.format != GST_VIDEO_INFO_FORMAT(info)) {
+    converted = converter_.convert(delivered, *info, target.format);
     if (converted == nullptr) return;
-    picture = converted.get();
-    delivered_info = &converter_.outInfo();
+    delivered = converted.get();
+    info = &converter_.outInfo();
   }
-  IVideoFrame* frame = BufferFrame::make(picture, *delivered_info, timestamp_us, std::move(ticket));
+  IVideoFrame* frame = BufferFrame::make(delivered, *info, picture.timestamp_us, picture.rotation, std::move(ticket));
   if (frame != nullptr) target.sink->onFrame(frame);
 }
 

@@ -1,8 +1,6 @@
 // The place where an application's sink for one stream is attached.
 #pragma once
 
-#include <gst/video/video.h>
-
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -11,6 +9,7 @@
 #include "corvane_rtc/video_frame.h"
 #include "media/buffer_frame.h"
 #include "media/frame_converter.h"
+#include "media/picture.h"
 
 namespace corvane::rtc {
 
@@ -22,7 +21,7 @@ class VideoSinkSlot {
 
   /// Hands the picture, in the sink's format, to the sink. It is dropped when the sink holds too many others.
   /// One thread at a time.
-  void deliver(GstBuffer* picture, const GstVideoInfo& info, int64_t timestamp_us);
+  void deliver(const Picture& picture);
 
   /// Pictures dropped because the sink held too many. Any thread.
   int64_t dropped() const { return dropped_.load(std::memory_order_relaxed); }

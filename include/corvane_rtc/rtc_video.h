@@ -103,10 +103,11 @@ class IRTCVideo {
   virtual int32_t startVideoCapture() = 0;
   virtual int32_t stopVideoCapture() = 0;
   virtual int32_t setVideoCaptureConfig(const VideoCaptureConfig& config) = 0;
-  virtual int32_t setVideoCaptureRotation(int32_t rotation) = 0;        ///< degrees clockwise: 0, 90, 180, 270
-  virtual int32_t setLocalVideoMirrorType(int32_t mirror_type) = 0;     ///< MirrorType
-  virtual int32_t setDummyCaptureImagePath(const char* file_path) = 0;  ///< sent while capture is off; "" for none
-  virtual int32_t setLowLightAdjusted(int32_t mode) = 0;                ///< LowLightMode
+  virtual int32_t setVideoCaptureRotation(int32_t rotation) = 0;     ///< degrees clockwise: 0, 90, 180, 270
+  virtual int32_t setLocalVideoMirrorType(int32_t mirror_type) = 0;  ///< MirrorType
+  virtual int32_t setDummyCaptureImagePath(
+      const char* file_path) = 0;                         ///< in place of a camera that is off; "" for none
+  virtual int32_t setLowLightAdjusted(int32_t mode) = 0;  ///< LowLightMode
   /// One layer for each record, best first. count: 1 to 4.
   virtual int32_t setVideoEncoderConfig(const VideoEncoderConfig* channel_solutions, int32_t count) = 0;
   virtual int32_t setMaxVideoEncoderConfig(const VideoEncoderConfig& max_solution) = 0;  ///< bound of automatic layers
@@ -129,8 +130,10 @@ class IRTCVideo {
   virtual int32_t setPublicStreamVideoSink(const char* public_stream_id, IVideoSink* sink, int32_t required_format) = 0;
   /// No call is inside the previous processor any more when this returns.
   virtual int32_t registerVideoProcessor(IVideoProcessor* processor, const VideoPreprocessorConfig& config) = 0;
-  virtual int32_t setVideoSourceType(int32_t stream_index, int32_t type) = 0;  ///< VideoSourceType
-  /// Picture of an external source. The engine takes the frame, also when the call fails, and releases it.
+  /// VideoSourceType. An external source stops the camera, which has to be started again after it.
+  virtual int32_t setVideoSourceType(int32_t stream_index, int32_t type) = 0;
+  /// Picture of an external source, kWrongState without one. The engine takes the frame, also when the call fails, and
+  /// releases it.
   virtual int32_t pushExternalVideoFrame(IVideoFrame* frame) = 0;
 
   // Screen sharing.

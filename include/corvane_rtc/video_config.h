@@ -65,7 +65,8 @@ enum SuperResolutionMode : int32_t {
   kSuperResolutionModeOn = 1,
 };
 
-/// Which value setVideoDigitalZoomConfig() sets.
+/// Which value setVideoDigitalZoomConfig() sets. The picture is enlarged 8 times at most, and moved to its edge at
+/// most.
 enum ZoomConfigType : int32_t {
   kZoomConfigTypeFocusOffset = 0,  ///< size: how much one step zooms by, 0 to 7 (0.5: from 1x to 1.5x)
   kZoomConfigTypeMoveOffset = 1,   ///< size: share of the picture one step moves by, 0 to 0.5

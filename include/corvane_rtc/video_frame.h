@@ -73,7 +73,8 @@ class IVideoSink {
 class IVideoProcessor {
  public:
   /// May write into `frame`'s planes. Returns the frame to go on with (normally `frame` itself), or null to drop it.
-  /// Ownership stays with the engine. Called on the engine's video thread, one frame at a time.
+  /// Ownership of `frame` stays with the engine; another frame stays the processor's, and the engine copies it before
+  /// the next call. Called on the engine's video thread, one frame at a time.
   virtual IVideoFrame* processVideoFrame(IVideoFrame* frame) = 0;
 
  protected:

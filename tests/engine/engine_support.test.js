@@ -49,11 +49,21 @@ const picture = {
   ...{ extra_data: Buffer.alloc(0), supplementary_info: Buffer.alloc(0) },
 };
 const sound = { sample_rate: 48000, channel: 2, timestamp_ms: 1, data: Buffer.alloc(1920) };
+// One white pixel.
+const image = path.join(logFolder, 'image.png');
+fs.writeFileSync(image, Buffer.from('iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR4nGP4DwABAQEAsTj2FAAAAABJRU5ErkJggg==', 'base64'));
+const place = { x: 0, y: 0, width: 0.5, height: 0.5 };
+const watermark = { visible_in_preview: true, position_in_landscape_mode: place, position_in_portrait_mode: place };
 const fitting = {
   registerPlugin: [path.join(__dirname, '../../build/release/plugins/privacy_blur.so')],
   setPluginParameter: ['strength 30'],
   setVideoCaptureDevice: ['test:ball'],
   setVideoCaptureConfig: [{ capture_preference: 1, width: 320, height: 180, frame_rate: 15 }],
+  setDummyCaptureImagePath: [image],
+  setVideoDigitalZoomConfig: [0, 0.5],
+  setVideoSourceType: [0, 0],
+  setVideoWatermark: [0, image, watermark],
+  clearVideoWatermark: [0],
   setLocalVideoSink: [0, 1],
   unsetLocalVideoSink: [0],
   pushExternalVideoFrame: [picture],

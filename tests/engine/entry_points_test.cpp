@@ -121,8 +121,8 @@ TEST_F(EntryPointsTest, AnswersForWhatItLacks) {
   builder.linesize[0] = 4;
   builder.width = builder.height = 1;
   // A frame that was not released would be told by the leak checker.
-  EXPECT_EQ(engine->pushExternalVideoFrame(rtc::buildVideoFrame(builder)), rtc::kNotSupported);
-  EXPECT_EQ(engine->pushExternalVideoFrame(nullptr), rtc::kNotSupported);
+  EXPECT_EQ(engine->pushExternalVideoFrame(rtc::buildVideoFrame(builder)), rtc::kWrongState);
+  EXPECT_EQ(engine->pushExternalVideoFrame(nullptr), rtc::kInvalidParameter);
 
   rtc::ITranscoderParam* param = rtc::createTranscoderParam();
   ASSERT_NE(param, nullptr);

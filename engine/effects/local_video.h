@@ -1,0 +1,59 @@
+// What becomes of the local picture between its capture and those who receive it.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include "corvane_rtc/common.h"
+#include "effects/picture_shaper.h"
+#include "effects/video_processor_slot.h"
+#include "effects/watermark.h"
+#include "media/picture.h"
+#include "media/video_sink_slot.h"
+
+namespace corvane::rtc {
+
+/// Zoom, rotation, the application's processor, mirror, watermark, sink, in this order. What is off costs nothing: the
+/// captured buffer itself reaches the sink then.
+class LocalVideo {
+ public:
+  // Settings: any thread; they count from the next picture on.
+
+  void setRotation(int32_t degrees);
+  void setMirror(bool mirror);
+  void setZoom(const ZoomArea& area);
+  /// Null removes it.
+  void setWatermark(std::shared_ptr<const Watermark> watermark);
+  VideoProcessorSlot& processor() { return processor_; }
+  VideoSinkSlot& sink() { return sink_; }
+
+  // Pictures in I420: one thread at a time.
+
+  /// A captured picture. Returns the size and rotation in which it is handed out.
+  VideoFrameInfo show(Picture picture);
+  /// A picture that stands in for captured ones.
+  void showAsIs(Picture picture);
+
+ private:
+  struct Settings {
+    int32_t rotation = 0;
+    bool mirror = false;
+    ZoomArea zoom;
+    std::shared_ptr<const Watermark> watermark;
+  };
+
+  Settings settings();
+
+  std::mutex mutex_;  // of settings_ only
+  Settings settings_;
+  VideoProcessorSlot processor_;
+  VideoSinkSlot sink_;
+  // The thread's that shows.
+  PictureShaper turner_;
+  PictureShaper mirrorer_;
+  WatermarkBlender blender_;
+};
+
+}  // namespace corvane::rtc
