@@ -3,22 +3,66 @@
 
 namespace corvane::rtc {
 
+namespace {
+
+// Percent.
+constexpr int32_t kMaxVolume = 400;
+constexpr float kUnchangedVolume = 100.0F;
+// Of the device's own volume.
+constexpr float kFullDeviceVolume = 255.0F;
+
+}  // namespace
+
+int32_t RtcVideo::notTheMicrophone(int32_t stream_index, const char* operation) {
+  return stream_index == kStreamIndexScreen ? notSupported(operation) : kInvalidParameter;
+}
+
+int32_t RtcVideo::notRecorded(int32_t method, const char* operation) {
+  const bool is_known = method >= kAudioFrameMethodRecord && method <= kAudioFrameMethodRecordScreen;
+  return is_known ? notSupported(operation) : kInvalidParameter;
+}
+
+void RtcVideo::onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) {
+  if (kind != AudioDeviceKind::kMicrophone) return;  // nothing is played yet
+  context_.thread.post([this, id] { audio_capture_->setMicrophone(id); });
+}
+
+void RtcVideo::onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) {
+  const bool is_microphone = kind == AudioDeviceKind::kMicrophone;
+  if (is_microphone) captured_sound_.setDeviceGain(muted ? 0.0F : static_cast<float>(volume) / kFullDeviceVolume);
+  context_.thread.post([this, is_microphone, volume, muted] {
+    context_.events->onAudioDeviceVolumeChanged(is_microphone ? kAudioDeviceTypeCapture : kAudioDeviceTypeRender,
+                                                volume, muted);
+  });
+}
+
 // Audio capture and playback.
 
 int32_t RtcVideo::startAudioCapture() {
-  return notSupported(__func__);
+  context_.thread.post([this] { audio_capture_->start(); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::stopAudioCapture() {
-  return notSupported(__func__);
+  context_.thread.post([this] { audio_capture_->stop(); });
+  return kSuccess;
 }
 
-int32_t RtcVideo::muteAudioCapture(int32_t /*stream_index*/, bool /*mute*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::muteAudioCapture(int32_t stream_index, bool mute) {
+  if (stream_index != kStreamIndexMain) return notTheMicrophone(stream_index, __func__);
+  if (!captured_sound_.setMuted(mute)) return kSuccess;
+  context_.thread.post([this, mute] {
+    context_.events->onLocalAudioStateChanged(mute ? kLocalAudioStreamStateMuted : kLocalAudioStreamStateUnmuted,
+                                              kLocalAudioStreamErrorOk);
+  });
+  return kSuccess;
 }
 
-int32_t RtcVideo::setCaptureVolume(int32_t /*stream_index*/, int32_t /*volume*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setCaptureVolume(int32_t stream_index, int32_t volume) {
+  if (volume < 0 || volume > kMaxVolume) return kInvalidParameter;
+  if (stream_index != kStreamIndexMain) return notTheMicrophone(stream_index, __func__);
+  captured_sound_.setGain(static_cast<float>(volume) / kUnchangedVolume);
+  return kSuccess;
 }
 
 int32_t RtcVideo::setPlaybackVolume(int32_t /*volume*/) {
@@ -61,8 +105,10 @@ int32_t RtcVideo::setAudioAlignmentProperty(const StreamKey& /*stream_key*/, int
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::enableAudioPropertiesReport(const AudioPropertiesConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableAudioPropertiesReport(const AudioPropertiesConfig& config) {
+  if (!isAudioPropertiesConfig(config)) return kInvalidParameter;
+  context_.thread.post([this, config] { audio_report_->configure(config); });
+  return kSuccess;
 }
 
 // The local voice.
@@ -85,28 +131,38 @@ int32_t RtcVideo::enableLocalVoiceReverb(bool /*enable*/) {
 
 // Raw audio in and out.
 
-int32_t RtcVideo::registerAudioFrameObserver(IAudioFrameObserver* /*observer*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::registerAudioFrameObserver(IAudioFrameObserver* observer) {
+  sound_hooks_.observer.attach(observer);
+  return kSuccess;
 }
 
-int32_t RtcVideo::enableAudioFrameCallback(int32_t /*method*/, const AudioFormat& /*format*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableAudioFrameCallback(int32_t method, const AudioFormat& format) {
+  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
+  return captured_sound_.enableObserver(format);
 }
 
-int32_t RtcVideo::disableAudioFrameCallback(int32_t /*method*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::disableAudioFrameCallback(int32_t method) {
+  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
+  captured_sound_.disableObserver();
+  return kSuccess;
 }
 
-int32_t RtcVideo::registerAudioFrameProcessor(IAudioFrameProcessor* /*processor*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::registerAudioFrameProcessor(IAudioFrameProcessor* processor) {
+  sound_hooks_.processor.attachAndWait(processor);
+  return kSuccess;
 }
 
-int32_t RtcVideo::enableAudioProcessor(int32_t /*method*/, const AudioFormat& /*format*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableAudioProcessor(int32_t method, const AudioFormat& format) {
+  if (method == kAudioFrameMethodMixed) return kInvalidParameter;
+  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
+  return captured_sound_.enableProcessor(format);
 }
 
-int32_t RtcVideo::disableAudioProcessor(int32_t /*method*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::disableAudioProcessor(int32_t method) {
+  if (method == kAudioFrameMethodMixed) return kInvalidParameter;
+  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
+  captured_sound_.disableProcessor();
+  return kSuccess;
 }
 
 int32_t RtcVideo::setAudioSourceType(int32_t /*type*/) {

@@ -11,8 +11,7 @@ IRTCRoom* RtcVideo::createRTCRoom(const char* /*room_id*/) {
 }
 
 IAudioDeviceManager* RtcVideo::getAudioDeviceManager() {
-  notSupported(__func__);
-  return nullptr;
+  return &audio_devices_;
 }
 
 IVideoDeviceManager* RtcVideo::getVideoDeviceManager() {

@@ -26,13 +26,18 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
       missing_operations_(context_.log),
       video_effect_(context_, missing_operations_, local_video_),
       cameras_(context_, parameters_.cameras),
-      video_devices_(cameras_, [this](const std::string& id) {
-        context_.thread.post([this, id] { video_capture_->setCamera(id); });
-      }) {
+      video_devices_(
+          cameras_,
+          [this](const std::string& id) { context_.thread.post([this, id] { video_capture_->setCamera(id); }); }),
+      captured_sound_(sound_hooks_),
+      sound_devices_(context_, parameters_.microphones),
+      audio_devices_(sound_devices_, *this) {
   context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
   context_.thread.post([this] {
     video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, local_video_, pushed_video_);
     zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
+    audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_);
+    audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {
@@ -40,13 +45,17 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
       context_.events->onExtensionAccessError("GStreamer", problem.c_str());
     }
     cameras_.start(have_gstreamer);
+    sound_devices_.start(have_gstreamer, [this] { audio_capture_->onDevicesChanged(); });
   });
 }
 
 RtcVideo::~RtcVideo() {
   context_.thread.finish([this] {
     zoom_.reset();
+    audio_report_.reset();
+    audio_capture_.reset();
     video_capture_.reset();
+    sound_devices_.stop();
     cameras_.stop();
   });
   pushed_video_.close();

@@ -7,20 +7,26 @@
 
 #include "api/missing_operations.h"
 #include "api/video_effect.h"
+#include "capture/audio_capture.h"
+#include "capture/audio_report.h"
+#include "capture/captured_sound.h"
 #include "capture/pushed_pictures.h"
 #include "capture/video_capture.h"
 #include "core/engine_context.h"
 #include "core/parameters.h"
 #include "corvane_rtc/rtc_video.h"
+#include "devices/audio_device_list.h"
+#include "devices/audio_device_manager.h"
 #include "devices/camera_list.h"
 #include "devices/video_device_manager.h"
 #include "effects/digital_zoom.h"
 #include "effects/local_video.h"
+#include "media/sound_hooks.h"
 
 namespace corvane::rtc {
 
 /// Operations that the engine does not offer yet answer kNotSupported, or null, and say so in its log once.
-class RtcVideo final : public IRTCVideo {
+class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
  public:
   RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* handler, std::string_view parameters);
   /// Returns when no callback is running or will come.
@@ -190,7 +196,12 @@ class RtcVideo final : public IRTCVideo {
   int32_t setPublicStreamAudioPlaybackVolume(const char* public_stream_id, int32_t volume) override;
 
  private:
-  int32_t notSupported(const char* operation) { return missing_operations_.refuse(operation); }
+  void onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) override;
+  void onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) override;
+  int32_t notSupported(const char* operation) override { return missing_operations_.refuse(operation); }
+  // What operations answer for a stream, or a kind of sound, other than the microphone's.
+  int32_t notTheMicrophone(int32_t stream_index, const char* operation);
+  int32_t notRecorded(int32_t method, const char* operation);
 
   EngineContext context_;
   const EngineParameters parameters_;
@@ -200,8 +211,16 @@ class RtcVideo final : public IRTCVideo {
   PushedQueue pushed_video_;
   CameraList cameras_;
   VideoDeviceManager video_devices_;
-  std::unique_ptr<VideoCapture> video_capture_;  // the engine thread's, as is:
+  SoundHooks sound_hooks_;
+  CapturedSound captured_sound_;
+  AudioDeviceList sound_devices_;
+  AudioDeviceManager audio_devices_;
+
+  // The engine thread's.
+  std::unique_ptr<VideoCapture> video_capture_;
   std::unique_ptr<DigitalZoom> zoom_;
+  std::unique_ptr<AudioCapture> audio_capture_;
+  std::unique_ptr<AudioReport> audio_report_;
 };
 
 }  // namespace corvane::rtc

@@ -4,6 +4,26 @@
 
 namespace corvane::rtc {
 
+namespace {
+
+void readIds(const nlohmann::json& json, const char* key, std::vector<std::string>& ids, std::string& problem) {
+  const auto list = json.find(key);
+  if (list == json.end()) return;
+  if (!list->is_array()) {
+    problem = std::string("\"") + key + "\" is not a list";
+    return;
+  }
+  for (const auto& entry : *list) {
+    if (const auto* id = entry.get_ptr<const std::string*>()) {
+      ids.push_back(*id);
+    } else {
+      problem = std::string("\"") + key + "\" holds something that is not a text";
+    }
+  }
+}
+
+}  // namespace
+
 EngineParameters readParameters(std::string_view json_text, std::string& problem) {
   EngineParameters parameters;
   problem.clear();
@@ -14,16 +34,8 @@ EngineParameters readParameters(std::string_view json_text, std::string& problem
     problem = "the parameters are not a JSON object";
     return parameters;
   }
-  if (const auto cameras = json.find("cameras"); cameras != json.end()) {
-    if (!cameras->is_array()) problem = "\"cameras\" is not a list";
-    for (const auto& camera : cameras->is_array() ? *cameras : nlohmann::json::array()) {
-      if (const auto* id = camera.get_ptr<const std::string*>()) {
-        parameters.cameras.push_back(*id);
-      } else {
-        problem = "\"cameras\" holds something that is not a text";
-      }
-    }
-  }
+  readIds(json, "cameras", parameters.cameras, problem);
+  readIds(json, "microphones", parameters.microphones, problem);
   return parameters;
 }
 

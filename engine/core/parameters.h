@@ -10,6 +10,8 @@ namespace corvane::rtc {
 struct EngineParameters {
   /// "cameras": ids ("file:..." or "test:...") that are listed among the cameras.
   std::vector<std::string> cameras;
+  /// "microphones": the same for microphones.
+  std::vector<std::string> microphones;
 };
 
 /// Reads what it can. `problem` says what could not be read, "" when all could.

@@ -1,7 +1,8 @@
 #include "devices/camera_id.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "devices/test_parameters.h"
 
 namespace corvane::rtc {
 
@@ -40,34 +41,11 @@ constexpr std::string_view kPatterns[] = {
     "smpte-rp-219",
 };
 
-struct TestParameter {
-  std::string_view name;
-  int32_t TestCamera::*value;
-  int32_t min;
-  int32_t max;
-};
-
-constexpr TestParameter kTestParameters[] = {
+constexpr TestParameter<TestCamera> kTestParameters[] = {
     {"width", &TestCamera::width, 16, 4096},
     {"height", &TestCamera::height, 16, 4096},
     {"fps", &TestCamera::fps, 1, 120},
 };
-
-// "name=value"
-bool readTestParameter(std::string_view text, TestCamera& camera) {
-  const size_t equals = text.find('=');
-  if (equals == std::string_view::npos) return false;
-  const std::string_view digits = text.substr(equals + 1);
-  for (const TestParameter& parameter : kTestParameters) {
-    if (text.substr(0, equals) != parameter.name) continue;
-    int32_t value = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (error != std::errc() || end != digits.data() + digits.size()) return false;
-    camera.*parameter.value = value;
-    return value >= parameter.min && value <= parameter.max;
-  }
-  return false;
-}
 
 CameraId parseTestCamera(std::string_view text) {
   TestCamera camera;
@@ -76,12 +54,9 @@ CameraId parseTestCamera(std::string_view text) {
     if (std::find(std::begin(kPatterns), std::end(kPatterns), pattern) == std::end(kPatterns)) return {};
     camera.pattern = pattern;
   }
-  std::string_view rest = question == std::string_view::npos ? std::string_view() : text.substr(question + 1);
-  while (!rest.empty()) {
-    const size_t ampersand = rest.find('&');
-    if (!readTestParameter(rest.substr(0, ampersand), camera)) return {};
-    rest = ampersand == std::string_view::npos ? std::string_view() : rest.substr(ampersand + 1);
-  }
+  const std::string_view parameters =
+      question == std::string_view::npos ? std::string_view() : text.substr(question + 1);
+  if (!readTestParameters<TestCamera>(parameters, kTestParameters, camera)) return {};
   return camera;
 }
 

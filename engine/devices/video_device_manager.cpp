@@ -3,11 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <utility>
 
 #include "devices/camera_id.h"
+#include "devices/device_text.h"
 
 namespace corvane::rtc {
 
@@ -33,14 +33,6 @@ class CameraCollection final : public IVideoDeviceCollection {
 };
 
 }  // namespace
-
-void copyDeviceText(const std::string& text, char* buffer) {
-  size_t length = std::min(text.size(), static_cast<size_t>(kDeviceTextSize - 1));
-  // A byte 10xxxxxx continues a character of UTF-8: none may stand where the text is cut.
-  while (length > 0 && length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) --length;
-  memcpy(buffer, text.data(), length);
-  buffer[length] = '\0';
-}
 
 VideoDeviceManager::VideoDeviceManager(const CameraList& cameras, std::function<void(const std::string& id)> on_choice)
     : cameras_(cameras), on_choice_(std::move(on_choice)) {}

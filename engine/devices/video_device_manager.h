@@ -25,8 +25,4 @@ class VideoDeviceManager final : public IVideoDeviceManager {
   std::string chosen_;  // "" until the application chooses: then the first camera there is
 };
 
-/// Fills one of the buffers of kDeviceTextSize bytes in which device names and ids are handed out, cutting between
-/// characters.
-void copyDeviceText(const std::string& text, char* buffer);
-
 }  // namespace corvane::rtc

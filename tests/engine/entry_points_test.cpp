@@ -107,7 +107,6 @@ TEST_F(EntryPointsTest, RefusesLogsThatCannotBe) {
 
 TEST_F(EntryPointsTest, AnswersForWhatItLacks) {
   EXPECT_EQ(engine->createRTCRoom("room"), nullptr);
-  EXPECT_EQ(engine->getAudioDeviceManager(), nullptr);
   EXPECT_EQ(engine->getKTVManager(), nullptr);
   EXPECT_EQ(engine->getMediaPlayer(0), nullptr);
   EXPECT_EQ(engine->getScreenCaptureSourceList(), nullptr);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "devices/video_device_manager.h"
+#include "devices/device_text.h"
 
 namespace corvane::rtc {
 namespace {

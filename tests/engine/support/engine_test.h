@@ -40,6 +40,18 @@ class EngineTest : public testing::Test {
     ASSERT_EQ(engine->startVideoCapture(), rtc::kSuccess);
   }
 
+  /// Starts `microphone`.
+  void listen(const std::string& microphone) {
+    ASSERT_EQ(engine->getAudioDeviceManager()->setAudioCaptureDevice(microphone.c_str()), rtc::kSuccess);
+    ASSERT_EQ(engine->startAudioCapture(), rtc::kSuccess);
+  }
+
+  /// Reports ten times a second, unsmoothed, with everything in them.
+  void report(int32_t mode = rtc::kAudioReportModeNormal) {
+    const rtc::AudioPropertiesConfig config = {100, true, true, rtc::kLocalMainReportMicrophone, 1.0, mode, true};
+    ASSERT_EQ(engine->enableAudioPropertiesReport(config), rtc::kSuccess);
+  }
+
   EventRecorder events;
   RecordingSink sink;
   TemporaryFolder folder;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace corvane::test {
@@ -35,6 +36,67 @@ void EventRecorder::onFirstLocalVideoFrameCaptured(int32_t index, const rtc::Vid
 
 void EventRecorder::onLocalVideoSizeChanged(int32_t index, const rtc::VideoFrameInfo& info) {
   add("size " + std::to_string(index) + " " + sizeText(info));
+}
+
+void EventRecorder::onAudioDeviceStateChanged(const char* device_id, int32_t device_type, int32_t device_state,
+                                              int32_t device_error) {
+  add((device_type == rtc::kAudioDeviceTypeCapture ? "microphone " : "speaker ") + std::string(device_id) + " " +
+      std::to_string(device_state) + " " + std::to_string(device_error));
+}
+
+void EventRecorder::onAudioDeviceWarning(const char* device_id, int32_t device_type, int32_t device_warning) {
+  add("warning " + std::string(device_id) + " " + std::to_string(device_type) + " " + std::to_string(device_warning));
+}
+
+void EventRecorder::onAudioDeviceVolumeChanged(int32_t device_type, int32_t volume, bool muted) {
+  add("volume " + std::to_string(device_type) + " " + std::to_string(volume) + " " + std::to_string(muted ? 1 : 0));
+}
+
+void EventRecorder::onLocalAudioStateChanged(int32_t state, int32_t error) {
+  add("sound " + std::to_string(state) + " " + std::to_string(error));
+}
+
+void EventRecorder::onFirstLocalAudioFrame(int32_t index) {
+  add("first sound " + std::to_string(index));
+}
+
+void EventRecorder::onLocalAudioPropertiesReport(const rtc::LocalAudioPropertiesInfo* infos, int32_t count) {
+  {
+    const std::lock_guard lock(mutex_);
+    reports_.emplace_back(infos, infos + count);
+  }
+  changed_.notify_all();
+}
+
+void EventRecorder::onRemoteAudioPropertiesReport(const rtc::RemoteAudioPropertiesInfo*, int32_t count,
+                                                  int32_t total_remote_volume) {
+  if (count != 0 || total_remote_volume != 0) return add("remote sound from nowhere");
+  const std::lock_guard lock(mutex_);
+  ++remote_reports_;
+}
+
+bool EventRecorder::waitForReport(
+    const std::function<bool(const std::vector<rtc::LocalAudioPropertiesInfo>&)>& wanted) {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, kPatience, [&] {
+    while (!reports_.empty()) {
+      const bool found = wanted(reports_.front());
+      reports_.pop_front();
+      if (found) return true;
+    }
+    return false;
+  });
+}
+
+bool EventRecorder::waitForLevel(int32_t decibels) {
+  return waitForReport([decibels](const std::vector<rtc::LocalAudioPropertiesInfo>& infos) {
+    return infos.size() == 1 && std::abs(infos[0].audio_properties_info.nonlinear_volume - decibels) <= 1;
+  });
+}
+
+size_t EventRecorder::remoteReports() {
+  const std::lock_guard lock(mutex_);
+  return remote_reports_;
 }
 
 bool EventRecorder::waitFor(const std::string& event) {

@@ -19,7 +19,8 @@ namespace corvane::test {
 inline constexpr std::chrono::seconds kPatience(30);
 
 /// Keeps the events of capture as texts: "device test:smpte 1 0", "stream 0 1 0", "first 0 640x360",
-/// "size 0 320x180", "error -4". Numbers are those of the published headers.
+/// "size 0 320x180", "error -4"; of sound "microphone test:sine 1 0", "speaker null: 4 0", "sound 1 0", "first sound
+/// 0", "volume 1 128 0", "warning test:silence 1 2". Numbers are those of the published headers.
 class EventRecorder final : public rtc::IRTCVideoEventHandler {
  public:
   void onError(int32_t err) override;
@@ -28,11 +29,26 @@ class EventRecorder final : public rtc::IRTCVideoEventHandler {
   void onLocalVideoStateChanged(int32_t stream_index, int32_t state, int32_t error) override;
   void onFirstLocalVideoFrameCaptured(int32_t index, const rtc::VideoFrameInfo& info) override;
   void onLocalVideoSizeChanged(int32_t index, const rtc::VideoFrameInfo& info) override;
+  void onAudioDeviceStateChanged(const char* device_id, int32_t device_type, int32_t device_state,
+                                 int32_t device_error) override;
+  void onAudioDeviceWarning(const char* device_id, int32_t device_type, int32_t device_warning) override;
+  void onAudioDeviceVolumeChanged(int32_t device_type, int32_t volume, bool muted) override;
+  void onLocalAudioStateChanged(int32_t state, int32_t error) override;
+  void onFirstLocalAudioFrame(int32_t index) override;
+  void onLocalAudioPropertiesReport(const rtc::LocalAudioPropertiesInfo* infos, int32_t count) override;
+  void onRemoteAudioPropertiesReport(const rtc::RemoteAudioPropertiesInfo* infos, int32_t count,
+                                     int32_t total_remote_volume) override;
 
   /// Whether `event` comes, or has come since it was last waited for.
   bool waitFor(const std::string& event);
   std::vector<std::string> all();
   size_t count();
+
+  /// Whether a report of local sound comes, after those that were waited for, that is as wanted.
+  bool waitForReport(const std::function<bool(const std::vector<rtc::LocalAudioPropertiesInfo>&)>& wanted);
+  /// The same: one entry, of so many dB, give or take one.
+  bool waitForLevel(int32_t decibels);
+  size_t remoteReports();
 
  private:
   void add(std::string event);
@@ -41,6 +57,8 @@ class EventRecorder final : public rtc::IRTCVideoEventHandler {
   std::condition_variable changed_;
   std::vector<std::string> events_;
   std::deque<std::string> unseen_;
+  std::deque<std::vector<rtc::LocalAudioPropertiesInfo>> reports_;
+  size_t remote_reports_ = 0;
 };
 
 /// What a sink notes of a frame.

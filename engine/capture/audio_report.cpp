@@ -1,0 +1,72 @@
+#include "capture/audio_report.h"
+
+#include <algorithm>
+
+namespace corvane::rtc {
+
+namespace {
+
+constexpr int32_t kShortestInterval = 100;
+constexpr int32_t kSilentDb = -127;
+
+}  // namespace
+
+bool isAudioPropertiesConfig(const AudioPropertiesConfig& config) {
+  if (config.interval <= 0) return true;
+  const bool known_modes = config.audio_report_mode >= kAudioReportModeNormal &&
+                           config.audio_report_mode <= kAudioReportModeReset &&
+                           config.local_main_report_mode >= kLocalMainReportMicrophone &&
+                           config.local_main_report_mode <= kLocalMainReportMixed;
+  // Written so that what is no number is refused, too.
+  const bool smooths = config.smooth > 0.0 && config.smooth <= 1.0;
+  return config.interval >= kShortestInterval && known_modes && smooths;
+}
+
+AudioReport::AudioReport(EngineContext& context, CapturedSound& microphone)
+    : context_(context), microphone_(microphone) {}
+
+AudioReport::~AudioReport() {
+  stop();
+}
+
+void AudioReport::configure(const AudioPropertiesConfig& config) {
+  stop();
+  config_ = config;
+  if (config.interval <= 0) return;
+  meter_.emplace(
+      SoundMeterSettings{config.enable_spectrum, config.enable_vad, config.enable_voice_pitch, config.smooth});
+  microphone_.taps().add(*meter_);
+  due_ = std::chrono::steady_clock::now();
+  scheduleNext();
+}
+
+void AudioReport::stop() {
+  timer_.reset();
+  if (!meter_) return;
+  microphone_.taps().remove(*meter_);
+  meter_.reset();
+}
+
+void AudioReport::scheduleNext() {
+  const auto now = std::chrono::steady_clock::now();
+  // Reports that could not be made in time are left out.
+  due_ = std::max(due_ + std::chrono::milliseconds(config_.interval), now);
+  timer_ = context_.thread.after(std::chrono::ceil<std::chrono::milliseconds>(due_ - now), [this] { report(); });
+}
+
+void AudioReport::report() {
+  LocalAudioPropertiesInfo local = {};
+  const std::optional<AudioPropertiesInfo> heard = meter_->take();
+  if (heard) {
+    local.audio_properties_info = *heard;
+  } else {
+    local.audio_properties_info.nonlinear_volume = kSilentDb;
+  }
+  // Outside rooms all modes report; what is off or muted is left out, or counts as silent.
+  const bool is_listed = heard || config_.audio_report_mode == kAudioReportModeReset;
+  scheduleNext();
+  context_.events->onLocalAudioPropertiesReport(is_listed ? &local : nullptr, is_listed ? 1 : 0);
+  context_.events->onRemoteAudioPropertiesReport(nullptr, 0, 0);
+}
+
+}  // namespace corvane::rtc
