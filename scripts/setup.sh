@@ -7,7 +7,7 @@ source "$(dirname "$0")/common.sh"
 declare -A packages=(
   [build]="g++ cmake ninja-build pkg-config libyuv-dev libpng-dev nlohmann-json3-dev
            libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
-           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav"
+           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa"
   [test]="libgtest-dev libgmock-dev"
   [demo]=""
   [bench]=""

@@ -114,7 +114,7 @@ void AudioDeviceList::onMessage(GstMessage* message) {
   gst_object_unref(device);
 }
 
-void AudioDeviceList::add(Device device) {
+void AudioDeviceList::add(const Device& device) {
   // The first look and the watch may both tell of a device that comes just then.
   if (device.entry.id.empty() || find(device) != devices_.end()) return;
   context_.log.info("%s %s is there: %s", nameOf(device.kind), device.entry.id.c_str(), device.entry.name.c_str());

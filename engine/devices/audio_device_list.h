@@ -47,7 +47,7 @@ class AudioDeviceList {
   };
 
   void onMessage(GstMessage* message);
-  void add(Device device);
+  void add(const Device& device);
   void remove(const Device& device);
   void change(const Device& device);
   void report(const Device& device, MediaDeviceState state);

@@ -37,7 +37,9 @@ class OutgoingPath {
 
  private:
   void append(const SoundBlock& block);
-  size_t frameSamples() const { return static_cast<size_t>(shape_.frames * shape_.format.channels); }
+  size_t frameSamples() const {
+    return static_cast<size_t>(shape_.frames) * static_cast<size_t>(shape_.format.channels);
+  }
   int64_t durationUs(size_t samples) const;
 
   const FrameShape shape_;

@@ -159,7 +159,8 @@ TEST_F(SoundCaptureTest, StartsThirtyTimesWithoutKeepingAnything) {
     descriptors = entriesOf("/proc/self/fd");
     threads = entriesOf("/proc/self/task");
   }
-  EXPECT_EQ(entriesOf("/proc/self/fd"), descriptors);
+  // Fewer, where GStreamer was still busy with its own start at first.
+  EXPECT_LE(entriesOf("/proc/self/fd"), descriptors);
   EXPECT_LE(entriesOf("/proc/self/task"), threads);
 }
 
