@@ -17,7 +17,7 @@ bool SoundQueue::pushWhenRoom(std::span<const int16_t> samples, const std::stop_
     }
     changed_.notify_all();
   }
-  return !stop.stop_requested();
+  return true;
 }
 
 void SoundQueue::pushNewest(std::span<const int16_t> samples, GstClockTime time) {

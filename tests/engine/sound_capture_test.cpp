@@ -148,20 +148,25 @@ TEST_F(SoundCaptureTest, WarnsOfAMicrophoneThatDeliversSilenceOnly) {
 
 TEST_F(SoundCaptureTest, StartsThirtyTimesWithoutKeepingAnything) {
   ASSERT_EQ(engine->getAudioDeviceManager()->setAudioCaptureDevice("test:sine"), rtc::kSuccess);
-  size_t descriptors = 0;
-  size_t threads = 0;
-  for (int round = 0; round < 30; ++round) {
+  // The least of ten rounds each: GStreamer's threads may still be on their way out when capture has ended, and its
+  // pools keep one or two. What every round kept would be twenty in the end.
+  constexpr size_t kPooled = 2;
+  struct Held {
+    size_t descriptors = SIZE_MAX;
+    size_t threads = SIZE_MAX;
+  };
+  Held held[3];
+  for (size_t round = 0; round < 30; ++round) {
     ASSERT_EQ(engine->startAudioCapture(), rtc::kSuccess);
     ASSERT_TRUE(events.waitFor("first sound 0")) << "in round " << round;
     ASSERT_EQ(engine->stopAudioCapture(), rtc::kSuccess);
     ASSERT_TRUE(events.waitFor("sound 0 0")) << "in round " << round;
-    if (round != 4) continue;
-    descriptors = entriesOf("/proc/self/fd");
-    threads = entriesOf("/proc/self/task");
+    Held& least = held[round / 10];
+    least.descriptors = std::min(least.descriptors, entriesOf("/proc/self/fd"));
+    least.threads = std::min(least.threads, entriesOf("/proc/self/task"));
   }
-  // Fewer, where GStreamer was still busy with its own start at first.
-  EXPECT_LE(entriesOf("/proc/self/fd"), descriptors);
-  EXPECT_LE(entriesOf("/proc/self/task"), threads);
+  EXPECT_LE(held[2].descriptors, held[0].descriptors + kPooled);
+  EXPECT_LE(held[2].threads, held[0].threads + kPooled);
 }
 
 TEST_F(SoundCaptureTest, RefusesWhatNoMicrophoneCanDo) {
