@@ -33,15 +33,17 @@ const filesBelow = (top) =>
     .filter((entry) => entry.isFile())
     .map((entry) => path.relative(root, path.join(entry.parentPath ?? entry.path, entry.name)));
 
-test('packing takes the face and the binaries, and nothing else', () => {
+test('packing takes the face, the binaries and what plug-ins are built from, and nothing else', () => {
   const [{ files }] = JSON.parse(npm(root, 'pack', '--dry-run', '--json'));
   const packed = files.map(({ path: file }) => file);
   assert.deepStrictEqual(filesBelow(path.join(root, 'lib')).filter((file) => !packed.includes(file)), []);
   const binaries = [`build/release/${moduleName}`, `build/release/${engineName}`];
   const papers = ['package.json', 'README.md', 'LICENSE', 'CHANGELOG.md'];
-  const isMeant = (file) => /^(lib|prebuilds)\//.test(file) || binaries.includes(file) || papers.includes(file);
+  const forPlugins = ['include/corvane_plugin.h', ...filesBelow(path.join(root, 'examples/plugins'))];
+  const isMeant = (file) =>
+    /^(lib|prebuilds)\//.test(file) || [...binaries, ...papers, ...forPlugins].includes(file);
   assert.deepStrictEqual(packed.filter((file) => !isMeant(file)), []);
-  for (const file of ['package.json', 'LICENSE']) assert.ok(packed.includes(file), file);
+  for (const file of ['package.json', 'LICENSE', ...forPlugins]) assert.ok(packed.includes(file), file);
   for (const file of binaries) {
     assert.strictEqual(packed.includes(file), fs.existsSync(path.join(root, file)), file);
   }
