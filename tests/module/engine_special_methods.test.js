@@ -312,6 +312,12 @@ engineTest('startFileRecording names what is wrong', (video, log) => {
     assert.deepStrictEqual(rest, (absent ? [...missing, ...mistyped] : mistyped).sort());
     assert.strictEqual(lines.at(-1), '-startFileRecording(#), ret: -1');
   }
+  const idle = textsOf(log, () => assert.strictEqual(new sdk.xoRTCVideo().startFileRecording(1), -1));
+  assert.deepStrictEqual(idle, [
+    '+startFileRecording(#)',
+    'startFileRecording(#), pRtcVideo is nullptr',
+    '-startFileRecording(#), ret: -1',
+  ]);
   assert.strictEqual(engine.countCalls('startFileRecording'), 0);
 });
 

@@ -73,11 +73,12 @@ test('bad arguments are refused at level 1 with the log open', () => {
     const video = new sdk.xoRTCVideo();
     assert.strictEqual(video.createRTCVideo(...args), -1);
     assert.strictEqual(engine.countCalls('createRTCVideo'), 0);
-    const entries = readLog(folder);
-    if (entries.length > 0) {
-      const refusal = entries.find(({ level }) => level === 'W');
-      assert.strictEqual(refusal.text.replace(/\(\d+\)/, '(L)'), line);
-    }
+    const lines = readLog(folder).map(({ level, text }) => `${level} ${text.replace(/\(\d+\)/, '(L)')}`);
+    assert.match(lines[0], /^I \[CreateDstFile\] internal, opened file: /);
+    assert.deepStrictEqual(lines.slice(1), [
+      `W ${line}`,
+      `I createRTCVideo(L), ret:-1, version:${sdk.getSDKVersion()}, pid:${process.pid}`,
+    ]);
     // Closes the log that the refused call left open.
     assert.strictEqual(video.createRTCVideo('a', () => {}, ''), 0);
     video.destroyRTCVideo();

@@ -30,14 +30,6 @@ test('exports four classes and six functions, in order', () => {
     assert.strictEqual(methods.length, count, name);
     assert.strictEqual(methods[0], first);
     assert.strictEqual(methods.at(-1), last);
-    assert.throws(() => sdk[exported](), /Class constructors cannot be invoked without 'new'/);
-  }
-});
-
-test('methods refuse receivers that are not theirs', () => {
-  const { setPlaybackVolume } = sdk.xoRTCVideo.prototype;
-  for (const receiver of [{}, Object.create(sdk.xoRTCVideo.prototype), new sdk.xoRTCRoom(1, 2), null, 5]) {
-    assert.throws(() => setPlaybackVolume.call(receiver, 5), TypeError);
   }
 });
 

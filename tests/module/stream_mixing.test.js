@@ -10,6 +10,7 @@ const { MessageChannel } = require('node:worker_threads');
 const { sdk, engine, createEngine } = require('./support');
 const { gc } = require('./support/garbage');
 const { textsOf } = require('./support/method_table');
+const { isGroup, keysOf, watched } = require('./support/records');
 const samples = require('./support/mixing_samples');
 
 const { live, mixed, publicStream, initialMixedRegion, initialPublicRegion } = samples;
@@ -26,7 +27,6 @@ beforeEach(() => engine.reset());
 // Whatever happened, the parameter objects have been given back.
 afterEach(() => assert.strictEqual(engine.objects().live, 0));
 
-const isGroup = (value) => value !== null && typeof value === 'object' && !ArrayBuffer.isView(value);
 const copy = (value) => {
   if (Array.isArray(value)) return value.map(copy);
   return isGroup(value) ? Object.fromEntries(Object.entries(value).map(([key, item]) => [key, copy(item)])) : value;
@@ -90,22 +90,11 @@ for (const builder of BUILDERS) {
 
   test(`${builder.methods.start} reads in the engine's order, its list in two passes`, () => {
     const keys = [];
-    const watch = (value) => {
-      if (Array.isArray(value)) return value.map(watch);
-      if (!isGroup(value)) return value;
-      return new Proxy(value, {
-        get(target, key) {
-          keys.push(key);
-          return watch(target[key]);
-        },
-      });
-    };
     const { layout_regions, ...rest } = builder.params;
     const [region] = layout_regions;
-    start(builder, watch({ ...rest, layout_regions: [region, region] }));
-    const top = Object.entries(rest).flatMap(([key, value]) => [key, ...(isGroup(value) ? Object.keys(value) : [])]);
+    start(builder, watched({ ...rest, layout_regions: [region, region] }, keys));
     const [texts, others] = builder.orders;
-    assert.deepStrictEqual(keys, [...top, 'layout_regions', ...texts, ...texts, ...others, ...others]);
+    assert.deepStrictEqual(keys, [...keysOf(rest), 'layout_regions', ...texts, ...texts, ...others, ...others]);
   });
 
   test(`${builder.methods.start}: a missing or mistyped key costs its own value only`, () => {

@@ -1,6 +1,6 @@
 'use strict';
 
-// Video capture and encoding, external sources, digital zoom, effects, and recordings.
+// Video capture and encoding, external sources, sinks, digital zoom, effects, and recordings.
 
 const { args, family, managers, streamKey } = require('../support/method_row.js');
 const { number, boolean, string, object, array } = args;
@@ -68,6 +68,49 @@ const capture = family({}, [
     { refusal: '@ param is not valid, <0>, <1>', says: ['@ stream_index:1, type:0'] },
   ],
   ['setAudioSourceType', [number(1)], { type: 1 }, { refusal: '@ param is not valid, <0>', says: ['@ type:1'] }],
+]);
+
+// The engine is asked for I420 whatever the application wants.
+const sinks = family({ exit: '@, ret: #' }, [
+  [
+    'setLocalVideoSink',
+    [number(1), number(5)],
+    { stream_index: 1, sink: true, required_format: 1 },
+    { says: ['LocalVideoSink constructor', '+@ size: 1, format: 5'] },
+  ],
+  [
+    'unsetLocalVideoSink',
+    [number(1)],
+    { stream_index: 1, sink: null, required_format: 1 },
+    { call: 'IRTCVideo.setLocalVideoSink', says: ['+@ size: 1'] },
+  ],
+  [
+    'setRemoteVideoSink',
+    [object(streamKey), number(5)],
+    { stream_key: streamKey, sink: true, required_format: 1 },
+    { says: ['RemoteVideoSink constructor', '+@ size: 1, format: 5'] },
+  ],
+  [
+    'unsetRemoteVideoSink',
+    [object(streamKey)],
+    { stream_key: streamKey, sink: null, required_format: 1 },
+    { call: 'IRTCVideo.setRemoteVideoSink' },
+  ],
+  [
+    'setPublicStreamVideoSink',
+    [string('öffentlich'), number(5)],
+    { public_stream_id: 'öffentlich', sink: true, required_format: 1 },
+    { says: ['PublicStreamVideoSink constructor'] },
+  ],
+  [
+    'unsetPublicStreamVideoSink',
+    [string('öffentlich')],
+    { public_stream_id: 'öffentlich', sink: null, required_format: 1 },
+    { call: 'IRTCVideo.setPublicStreamVideoSink', refusal: '@, Param is invalid' },
+  ],
+  ['setVideoSinkApplyRotation', [boolean(true)], undefined, { exit: '-@, ret: #' }],
+  ['setLocalVideoBuffer', [object({})], undefined, { exit: '-@, ret: #', refusal: '@, Param is invalid' }],
+  ['setRemoteVideoBuffer', [object({})], undefined, { exit: '-@, ret: #', refusal: '@, Param is invalid' }],
 ]);
 
 const zoom = family({}, [
@@ -163,4 +206,4 @@ const recordings = family({}, [
   ['takeRemoteSnapshot', [object(streamKey)], { stream_key: streamKey, callback: true }],
 ]);
 
-module.exports = [...capture, ...zoom, ...effects, ...recordings];
+module.exports = [...capture, ...sinks, ...zoom, ...effects, ...recordings];

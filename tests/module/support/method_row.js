@@ -51,11 +51,11 @@ function family(shared, rows) {
     const first = given[0]?.value;
     return new Row({
       result: gives,
+      call: `${owner}.${name}`,
       ...rest,
       name,
       kinds: given.map(({ letter }) => letter).join(''),
       args: given.map(({ value }) => value),
-      call: `${owner}.${name}`,
       gets,
       gives,
       exit: (result, read) => exit.replace('#', result).replace('{0}', read ? first : 0),
