@@ -152,6 +152,9 @@ test('planes and row sizes: four at most, each of its type', () => {
   refuses(name, i420({ data: new Array(2 ** 31 - 1) }), tooLong('dataArray', 2 ** 31 - 1));
   refuses(name, i420({ linesize: five(8) }), tooLong('lineArray', 5));
   refuses(name, i420({ data: five(bytes(1, 0)), linesize: five(8) }), tooLong('dataArray', 5));
+  const [, u, v] = i420().data;
+  assert.strictEqual(video.pushExternalVideoFrame(i420({ data: [bytes(24, 1), u, v, v], linesize: [8, 4, 4, 7] })), 0);
+  assert.deepStrictEqual(engine.lastArgs('buildVideoFrame').builder.linesize, [8, 4, 4, 7]);
   for (const plane of [undefined, null, 'text', 5, [1], new DataView(new ArrayBuffer(99))]) {
     refuses(name, i420({ data: [bytes(24, 1), plane, bytes(8, 3)] }));
   }

@@ -291,6 +291,12 @@ test('the bit rate of a public picture has a spelling of its own', () => {
   assert.deepStrictEqual(state.video_param, { ...rest, bitrate_kbps: 0 });
 });
 
+test('a public canvas is black until its colour has been read', () => {
+  start(publicStream, { ...publicStream.params, bg_color: 5 });
+  const colours = engine.calls('IPublicStreamParam.setBackgroundColor').map(({ args }) => args.bg_color);
+  assert.deepStrictEqual(colours, ['#000000', '']);
+});
+
 /** The two builders whose regions have images, and where these stand. */
 const IMAGES = [
   [live, 'data', 'data_size', { ...live.params.layout_regions[0] }],
