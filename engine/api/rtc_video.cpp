@@ -24,6 +24,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     : context_{.log = EngineLog(std::move(log)), .events = handler != nullptr ? handler : &no_events, .thread = {}},
       parameters_(readParametersLogged(parameters, context_.log)),
       missing_operations_(context_.log),
+      local_video_(snapshots_),
       video_effect_(context_, missing_operations_, local_video_),
       cameras_(context_, parameters_.cameras),
       video_devices_(
@@ -38,6 +39,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_);
+    screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {
@@ -51,6 +53,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
 
 RtcVideo::~RtcVideo() {
   context_.thread.finish([this] {
+    screen_capture_.reset();
     zoom_.reset();
     audio_report_.reset();
     audio_capture_.reset();
@@ -60,6 +63,12 @@ RtcVideo::~RtcVideo() {
   });
   pushed_video_.close();
   context_.log.info("engine ended");
+}
+
+int32_t RtcVideo::refuseScreen(const char* operation, const CaptureFault& fault) {
+  if (fault.status == kNotSupported) notSupported(operation);
+  context_.log.warning("%s: %s", operation, fault.text.c_str());
+  return fault.status;
 }
 
 }  // namespace corvane::rtc

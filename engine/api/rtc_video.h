@@ -1,6 +1,7 @@
 // The engine as applications call it. Operations are short: they check, post to the engine thread and return.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "api/video_effect.h"
 #include "capture/audio_capture.h"
 #include "capture/audio_report.h"
+#include "capture/capture_fault.h"
 #include "capture/captured_sound.h"
 #include "capture/pushed_pictures.h"
 #include "capture/video_capture.h"
@@ -21,7 +23,12 @@
 #include "devices/video_device_manager.h"
 #include "effects/digital_zoom.h"
 #include "effects/local_video.h"
+#include "effects/snapshots.h"
+#include "media/picture_taps.h"
 #include "media/sound_hooks.h"
+#include "media/video_sink_slot.h"
+#include "screens/screen_capture.h"
+#include "screens/screen_query.h"
 
 namespace corvane::rtc {
 
@@ -202,13 +209,20 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   // What operations answer for a stream, or a kind of sound, other than the microphone's.
   int32_t notTheMicrophone(int32_t stream_index, const char* operation);
   int32_t notRecorded(int32_t method, const char* operation);
+  /// Tells the log why there is nothing of the screen. Returns the fault's status.
+  int32_t refuseScreen(const char* operation, const CaptureFault& fault);
 
   EngineContext context_;
   const EngineParameters parameters_;
   MissingOperations missing_operations_;
+  Snapshots snapshots_;
   LocalVideo local_video_;
   VideoEffect video_effect_;
   PushedQueue pushed_video_;
+  VideoSinkSlot screen_sink_;
+  PictureTaps screen_taps_;
+  ScreenQuery screen_query_;
+  std::atomic<bool> screen_started_ = false;  // the application's, whatever became of it
   CameraList cameras_;
   VideoDeviceManager video_devices_;
   SoundHooks sound_hooks_;
@@ -218,6 +232,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
 
   // The engine thread's.
   std::unique_ptr<VideoCapture> video_capture_;
+  std::unique_ptr<ScreenCapture> screen_capture_;
   std::unique_ptr<DigitalZoom> zoom_;
   std::unique_ptr<AudioCapture> audio_capture_;
   std::unique_ptr<AudioReport> audio_report_;

@@ -144,7 +144,7 @@ int32_t RtcVideo::stopVideoDigitalZoomControl() {
 
 int32_t RtcVideo::setLocalVideoSink(int32_t stream_index, IVideoSink* sink, int32_t required_format) {
   if (stream_index == kStreamIndexMain) return local_video_.sink().attach(sink, required_format);
-  return stream_index == kStreamIndexScreen ? notSupported(__func__) : kInvalidParameter;
+  return stream_index == kStreamIndexScreen ? screen_sink_.attach(sink, required_format) : kInvalidParameter;
 }
 
 int32_t RtcVideo::setRemoteVideoSink(const StreamKey& /*stream_key*/, IVideoSink* /*sink*/,

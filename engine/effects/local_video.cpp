@@ -46,6 +46,7 @@ VideoFrameInfo LocalVideo::show(Picture picture) {
 }
 
 void LocalVideo::showAsIs(Picture picture) {
+  snapshots_.offer(kStreamIndexMain, picture);
   sink_.deliver(picture);
 }
 

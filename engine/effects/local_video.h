@@ -8,6 +8,7 @@
 
 #include "corvane_rtc/common.h"
 #include "effects/picture_shaper.h"
+#include "effects/snapshots.h"
 #include "effects/video_processor_slot.h"
 #include "effects/watermark.h"
 #include "media/picture.h"
@@ -19,6 +20,9 @@ namespace corvane::rtc {
 /// captured buffer itself reaches the sink then.
 class LocalVideo {
  public:
+  /// `snapshots` are offered what the sink is given.
+  explicit LocalVideo(Snapshots& snapshots) : snapshots_(snapshots) {}
+
   // Settings: any thread; they count from the next picture on.
 
   void setRotation(int32_t degrees);
@@ -46,6 +50,7 @@ class LocalVideo {
 
   Settings settings();
 
+  Snapshots& snapshots_;
   std::mutex mutex_;  // of settings_ only
   Settings settings_;
   VideoProcessorSlot processor_;

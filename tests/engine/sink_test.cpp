@@ -105,7 +105,6 @@ TEST_F(SinkTest, RefusesWhatIsNoFormatOrNoStream) {
   EXPECT_EQ(engine->setLocalVideoSink(rtc::kStreamIndexMain, &sink, rtc::kVideoPixelFormatUnknown),
             rtc::kInvalidParameter);
   EXPECT_EQ(engine->setLocalVideoSink(2, &sink, rtc::kVideoPixelFormatI420), rtc::kInvalidParameter);
-  EXPECT_EQ(engine->setLocalVideoSink(rtc::kStreamIndexScreen, &sink, rtc::kVideoPixelFormatI420), rtc::kNotSupported);
 }
 
 TEST_F(SinkTest, DropsFramesBeyondEightThatTheSinkHolds) {

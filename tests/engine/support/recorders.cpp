@@ -22,8 +22,10 @@ void EventRecorder::onError(int32_t err) {
 
 void EventRecorder::onVideoDeviceStateChanged(const char* device_id, int32_t device_type, int32_t device_state,
                                               int32_t device_error) {
-  if (device_type != rtc::kVideoDeviceTypeCapture) return add("device of a wrong type");
-  add("device " + std::string(device_id) + " " + std::to_string(device_state) + " " + std::to_string(device_error));
+  const bool is_screen = device_type == rtc::kVideoDeviceTypeScreenCapture;
+  if (!is_screen && device_type != rtc::kVideoDeviceTypeCapture) return add("device of a wrong type");
+  add((is_screen ? "screen-device " : "device ") + std::string(device_id) + " " + std::to_string(device_state) + " " +
+      std::to_string(device_error));
 }
 
 void EventRecorder::onLocalVideoStateChanged(int32_t stream_index, int32_t state, int32_t error) {

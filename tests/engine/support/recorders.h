@@ -18,9 +18,9 @@ namespace corvane::test {
 /// Longer than anything takes on a machine that works, however busy.
 inline constexpr std::chrono::seconds kPatience(30);
 
-/// Keeps the events of capture as texts: "device test:smpte 1 0", "stream 0 1 0", "first 0 640x360",
-/// "size 0 320x180", "error -4"; of sound "microphone test:sine 1 0", "speaker null: 4 0", "sound 1 0", "first sound
-/// 0", "volume 1 128 0", "warning test:silence 1 2". Numbers are those of the published headers.
+/// Keeps the events of capture as texts: "device test:smpte 1 0", "screen-device window:7 1 0", "stream 0 1 0", "first
+/// 0 640x360", "size 0 320x180", "error -4"; of sound "microphone test:sine 1 0", "speaker null: 4 0", "sound 1 0",
+/// "first sound 0", "volume 1 128 0", "warning test:silence 1 2". Numbers are those of the published headers.
 class EventRecorder final : public rtc::IRTCVideoEventHandler {
  public:
   void onError(int32_t err) override;
