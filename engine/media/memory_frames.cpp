@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "media/copy_pixels.h"
+
 namespace corvane::rtc {
 
 namespace {
@@ -61,7 +63,7 @@ MemoryVideoFrame::MemoryVideoFrame(const VideoFrameBuilder& builder, const Plane
     const auto rows = static_cast<size_t>(shapes[plane].rows);
     planes_[plane] = {target, shapes[plane].row_bytes};
     if (builder.linesize[plane] == shapes[plane].row_bytes) {
-      memcpy(target, builder.data[plane], row_bytes * rows);
+      copyPixels(target, builder.data[plane], row_bytes * rows);
     } else {
       for (size_t row = 0; row < rows; ++row) {
         const size_t start = row * static_cast<size_t>(builder.linesize[plane]);
