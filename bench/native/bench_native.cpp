@@ -63,6 +63,24 @@ Napi::Value jsCopyCold(const Napi::CallbackInfo& info) {
   return Napi::Number::New(info.Env(), static_cast<double>(threadCpuNs() - start) / static_cast<double>(count));
 }
 
+// copyPieces([source, ...], target): nanoseconds of one memcpy of each source, back to back into the target.
+Napi::Value jsCopyPieces(const Napi::CallbackInfo& info) {
+  const auto pieces = info[0].As<Napi::Array>();
+  auto target = info[1].As<Napi::Uint8Array>();
+  std::vector<Napi::Uint8Array> sources;
+  for (uint32_t i = 0; i < pieces.Length(); ++i) sources.push_back(pieces.Get(i).As<Napi::Uint8Array>());
+  uint8_t* to = target.Data();
+  const uint8_t* const end = to + target.ByteLength();
+  const int64_t start = threadCpuNs();
+  for (const Napi::Uint8Array& source : sources) {
+    if (source.ByteLength() > static_cast<size_t>(end - to)) return info.Env().Undefined();
+    std::memcpy(to, source.Data(), source.ByteLength());
+    to += source.ByteLength();
+  }
+  __asm__ volatile("" : : "r"(target.Data()) : "memory");
+  return Napi::Number::New(info.Env(), static_cast<double>(threadCpuNs() - start));
+}
+
 // Memory that nothing has used before and that is never given back, as that of RGBA frames.
 uint8_t* mapPages(size_t size) {
   void* pages = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -147,6 +165,7 @@ Napi::Object initialize(Napi::Env env, Napi::Object exports) {
   exports.Set("pageFaults", Napi::Function::New<jsPageFaults>(env, "pageFaults"));
   exports.Set("copyCold", Napi::Function::New<jsCopyCold>(env, "copyCold"));
   exports.Set("copyThroughThread", Napi::Function::New<corvane::bench::jsCopyThroughThread>(env, "copyThroughThread"));
+  exports.Set("copyPieces", Napi::Function::New<jsCopyPieces>(env, "copyPieces"));
   exports.Set("convertCold", Napi::Function::New<jsConvertCold>(env, "convertCold"));
   exports.Set("copyBuffers", Napi::Function::New<jsCopyBuffers>(env, "copyBuffers"));
   exports.Set("writeLines", Napi::Function::New<jsWriteLines>(env, "writeLines"));
