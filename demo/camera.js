@@ -1,10 +1,11 @@
 'use strict';
-// The demo's camera process: captures a clip, receives its frames in a buffer of its own, keeps twelve for the contact
-// sheet, and reports to its parent.
+// The demo's camera process: captures a clip and its sound, receives the frames in a buffer of its own, keeps twelve for
+// the contact sheet, and reports to its parent.
 
 const path = require('node:path');
 const sdk = require('..');
 const { ContactSheet } = require('./contact_sheet');
+const { Microphone } = require('./microphone');
 
 const [clip, secondsText, outFolder] = process.argv.slice(2);
 const seconds = Number(secondsText);
@@ -64,6 +65,7 @@ function onMessage(message) {
     for (const { Type, Object: frame } of message.group) if (Type === 'onLocalVideoFrame') onFrame(frame);
     return;
   }
+  if (microphone.take(message)) return;
   if (message.Type === 'onLocalVideoSizeChanged') onSizeChanged(message.Object.info);
   if (message.Type === 'onError') fail(`the clip could not be captured: ${describe(message.Object.err)}`);
 }
@@ -83,7 +85,10 @@ function progress() {
   if (counter.frames === 0) return;
   const elapsed = (performance.now() - counter.firstAt) / 1000;
   process.send({
-    progress: { elapsed, seconds, frames: counter.frames, fps: counter.fps, size: `${size.width}x${size.height}` },
+    progress: {
+      ...{ elapsed, seconds, frames: counter.frames, fps: counter.fps, size: `${size.width}x${size.height}` },
+      sound: microphone.id && { microphone: microphone.id, level: microphone.level, peak: microphone.peak },
+    },
   });
 }
 
@@ -98,6 +103,8 @@ function summarize() {
     fps,
     clip_fps: clipFps,
     ok: fps > 0 && Math.abs(fps / clipFps - 1) <= tolerance,
+    microphone: microphone.id ?? null,
+    audio_level_peak_db: microphone.id === undefined ? null : microphone.peak,
     contact_sheet: sheet.write(path.join(outFolder, 'contact-sheet.png')),
     log: path.join(outFolder, logName),
   };
@@ -109,6 +116,7 @@ function finish() {
   finished = true;
   if (!failure && counter.frames === 0) failure = 'no frame arrived';
   video.stopVideoCapture();
+  microphone.stop();
   const summary = failure ? { error: failure } : summarize();
   video.destroyRTCVideo();
   // The engine's channel keeps the event loop alive, so the process ends itself.
@@ -121,10 +129,12 @@ const logName = `${day}-node.log`;
 sdk.setLogConfig({ log_path: outFolder, log_level: 0, log_file_size: 10, log_filename_prefix: 'demo' });
 
 const video = new sdk.xoRTCVideo();
+const microphone = new Microphone(video);
 check('createRTCVideo', video.createRTCVideo('demo', onMessage, '{}'));
 check('setLocalVideoSink', video.setLocalVideoSink(0, 1));
 check('setVideoCaptureDevice', video.setVideoCaptureDevice(`file:${clip}`));
 check('startVideoCapture', video.startVideoCapture());
+microphone.start(clip);
 setInterval(progress, 1000);
 const started = performance.now();
 const timer = setInterval(() => {

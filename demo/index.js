@@ -1,5 +1,6 @@
 'use strict';
-// The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer.
+// The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer; its sound, or a test
+// tone, is captured as a microphone and its level shown.
 //
 //   npm run demo -- [clip] [--seconds N] [--json]
 //
@@ -44,11 +45,28 @@ function runCamera(clip, seconds, onProgress) {
   });
 }
 
-function showProgress({ elapsed, seconds, frames, fps, size }) {
+/** A meter from -60 dB to full scale. */
+function meterLine({ microphone, level, peak }) {
+  const bar = '|'.repeat(Math.round(Math.max(0, 1 + level / 60) * 24)).padEnd(24, '.');
+  const source = microphone.startsWith('file:') ? 'the clip\'s sound' : microphone;
+  return `[${bar}] ${String(level).padStart(4)} dB  ${source}, peak ${peak} dB`;
+}
+
+let linesShown = 0;
+
+/** Shows lines in the place of the last ones, or below them where nothing can be overwritten. */
+function show(lines) {
+  const back = process.stdout.isTTY && linesShown > 0 ? `\x1b[${linesShown}A` : '';
+  const clear = process.stdout.isTTY ? '\x1b[K' : '';
+  process.stdout.write(back + lines.map((line) => `${line}${clear}\n`).join(''));
+  linesShown = lines.length;
+}
+
+function showProgress({ elapsed, seconds, frames, fps, size, sound }) {
   const done = Math.min(1, elapsed / seconds);
   const bar = '#'.repeat(Math.round(done * 24)).padEnd(24, '.');
   const line = `[${bar}] ${elapsed.toFixed(0).padStart(3)} s  ${size}  ${frames} frames  ${fps.toFixed(1)} fps`;
-  process.stdout.write(process.stdout.isTTY ? `\r${line}` : `${line}\n`);
+  show(sound ? [line, meterLine(sound)] : [line]);
 }
 
 function lastLines(file, count) {
@@ -56,10 +74,10 @@ function lastLines(file, count) {
 }
 
 function showSummary(summary) {
-  if (process.stdout.isTTY) process.stdout.write('\n');
   const verdict = summary.ok ? 'at the clip\'s rate' : 'NOT at the clip\'s rate';
   console.log(`${summary.frames} frames of ${summary.width}x${summary.height} in ${summary.seconds.toFixed(1)} s: ` +
     `${summary.fps.toFixed(2)} fps of ${summary.clip_fps.toFixed(2)}, ${verdict}`);
+  if (summary.microphone !== null) console.log(`microphone ${summary.microphone}: peak ${summary.audio_level_peak_db} dB`);
   console.log(`contact sheet: ${summary.contact_sheet}`);
   console.log(`log: ${summary.log}`);
   for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
