@@ -29,7 +29,12 @@ void RtcVideo::onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) 
 
 void RtcVideo::onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) {
   const bool is_microphone = kind == AudioDeviceKind::kMicrophone;
-  if (is_microphone) captured_sound_.setDeviceGain(muted ? 0.0F : static_cast<float>(volume) / kFullDeviceVolume);
+  const float gain = muted ? 0.0F : static_cast<float>(volume) / kFullDeviceVolume;
+  if (is_microphone) {
+    captured_sound_.setDeviceGain(gain);
+  } else {
+    playback_.setDeviceGain(gain);
+  }
   context_.thread.post([this, is_microphone, volume, muted] {
     context_.events->onAudioDeviceVolumeChanged(is_microphone ? kAudioDeviceTypeCapture : kAudioDeviceTypeRender,
                                                 volume, muted);
@@ -65,8 +70,10 @@ int32_t RtcVideo::setCaptureVolume(int32_t stream_index, int32_t volume) {
   return kSuccess;
 }
 
-int32_t RtcVideo::setPlaybackVolume(int32_t /*volume*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setPlaybackVolume(int32_t volume) {
+  if (volume < 0 || volume > kMaxVolume) return kInvalidParameter;
+  playback_.setGain(static_cast<float>(volume) / kUnchangedVolume);
+  return kSuccess;
 }
 
 int32_t RtcVideo::setRemoteAudioPlaybackVolume(const StreamKey& /*stream_key*/, int32_t /*volume*/) {

@@ -26,6 +26,7 @@
 #include "effects/snapshots.h"
 #include "media/picture_taps.h"
 #include "media/sound_hooks.h"
+#include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
 #include "screens/screen_capture.h"
 #include "screens/screen_query.h"
@@ -227,6 +228,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   VideoDeviceManager video_devices_;
   SoundHooks sound_hooks_;
   CapturedSound captured_sound_;
+  SoundMixer playback_;  // what rooms and players are to play; nobody takes from it yet
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;
 

@@ -65,6 +65,7 @@ const fitting = {
   enableAudioPlugin: [true, 0, whole],
   muteAudioCapture: [0, true],
   setCaptureVolume: [0, 50],
+  setPlaybackVolume: [50],
   enableAudioPropertiesReport: [{ ...reports, enable_spectrum: true, enable_vad: true, enable_voice_pitch: true }],
   enableAudioFrameCallback: [0, whole],
   disableAudioFrameCallback: [0],

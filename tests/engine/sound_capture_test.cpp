@@ -172,6 +172,7 @@ TEST_F(SoundCaptureTest, StartsThirtyTimesWithoutKeepingAnything) {
 TEST_F(SoundCaptureTest, RefusesWhatNoMicrophoneCanDo) {
   for (const int32_t volume : {-1, 401}) {
     EXPECT_EQ(engine->setCaptureVolume(rtc::kStreamIndexMain, volume), rtc::kInvalidParameter) << volume;
+    EXPECT_EQ(engine->setPlaybackVolume(volume), rtc::kInvalidParameter) << volume;
   }
   EXPECT_EQ(engine->setCaptureVolume(rtc::kStreamIndexScreen, 100), rtc::kNotSupported);
   EXPECT_EQ(engine->setCaptureVolume(2, 100), rtc::kInvalidParameter);
