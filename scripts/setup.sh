@@ -12,7 +12,7 @@ declare -A packages=(
            gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa"
   [test]="libgtest-dev libgmock-dev xvfb x11-utils"
   [demo]=""
-  [bench]=""
+  [bench]="xvfb x11-utils"
   [windows]="g++-mingw-w64-x86-64-posix wine64 cmake ninja-build nlohmann-json3-dev dpkg-dev xz-utils"
   [lint]="clang-format clang-tidy"
 )

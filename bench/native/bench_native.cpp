@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "desktop.h"
 #include "images.h"
 #include "thread_copies.h"
 
@@ -170,6 +171,7 @@ Napi::Object initialize(Napi::Env env, Napi::Object exports) {
   exports.Set("copyBuffers", Napi::Function::New<jsCopyBuffers>(env, "copyBuffers"));
   exports.Set("writeLines", Napi::Function::New<jsWriteLines>(env, "writeLines"));
   exports.Set("postNumbers", Napi::Function::New<jsPostNumbers>(env, "postNumbers"));
+  exports.Set("paintDesktop", Napi::Function::New<corvane::bench::jsPaintDesktop>(env, "paintDesktop"));
   exports.Set("encodeImage", Napi::Function::New<corvane::bench::jsEncodeImage>(env, "encodeImage"));
   return exports;
 }
