@@ -1,9 +1,11 @@
 #include "screens/thumbnails.h"
 
+#include <libyuv.h>
+
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <optional>
+#include <vector>
 
 #include "capture/pipeline.h"
 #include "media/buffer_frame.h"
@@ -25,10 +27,7 @@ struct Size {
 constexpr Size kThumbnailBound = {640, 360};
 constexpr Size kIconBound = {64, 64};
 constexpr uint32_t kOpaque = 0xff000000;
-
-struct FreeConverter {
-  void operator()(GstVideoConverter* converter) const { gst_video_converter_free(converter); }
-};
+constexpr int kPixelBytes = 4;
 
 // The largest size of these proportions within the bounds; never larger than the picture.
 Size fit(Size picture, int32_t max_width, int32_t max_height, Size bound) {
@@ -43,31 +42,44 @@ Size fit(Size picture, int32_t max_width, int32_t max_height, Size bound) {
   return {scaled(picture.width), scaled(picture.height)};
 }
 
-IVideoFrame* scale(GstBuffer* picture, const GstVideoInfo& info, Size size) {
-  GstVideoInfo scaled_info;
-  gst_video_info_set_format(&scaled_info, GST_VIDEO_FORMAT_BGRA, static_cast<guint>(size.width),
-                            static_cast<guint>(size.height));
-  const GstPtr<GstBuffer> scaled(gst_buffer_new_allocate(nullptr, GST_VIDEO_INFO_SIZE(&scaled_info), nullptr));
-  // Each pixel of the large picture counts: text in it stays grey rather than becoming dots.
-  GstStructure* options =
-      gst_structure_new("options", GST_VIDEO_CONVERTER_OPT_RESAMPLER_METHOD, GST_TYPE_VIDEO_RESAMPLER_METHOD,
-                        GST_VIDEO_RESAMPLER_METHOD_LINEAR, GST_VIDEO_CONVERTER_OPT_DITHER_METHOD,
-                        GST_TYPE_VIDEO_DITHER_METHOD, GST_VIDEO_DITHER_NONE, nullptr);
-  const std::unique_ptr<GstVideoConverter, FreeConverter> converter(
-      gst_video_converter_new(&info, &scaled_info, options));
-  {
-    PicturePixels in(picture, info, GST_MAP_READ);
-    PicturePixels out(scaled.get(), scaled_info, GST_MAP_WRITE);
-    if (converter == nullptr || !in || !out) return nullptr;
-    gst_video_converter_frame(converter.get(), in.frame(), out.frame());
-    if (!GST_VIDEO_INFO_HAS_ALPHA(&info)) {
-      // What stood in for it has become it.
-      auto* const pixels = reinterpret_cast<uint32_t*>(out.plane(0));
-      const size_t count = GST_VIDEO_INFO_SIZE(&scaled_info) / sizeof(uint32_t);
-      for (size_t index = 0; index < count; ++index) pixels[index] |= kOpaque;
-    }
+// Pixels of four bytes, rows without padding.
+struct Pixels {
+  const uint8_t* data;
+  Size size;
+
+  int stride() const { return size.width * kPixelBytes; }
+};
+
+// Halves it, each time from all pixels of the larger one: text stays grey rather than becoming dots. The last step, by
+// less than two, is left to the caller.
+Pixels halve(Pixels picture, Size target, std::vector<uint8_t>& memory) {
+  while (picture.size.width / 2 >= target.width && picture.size.height / 2 >= target.height) {
+    const Size half = {picture.size.width / 2, picture.size.height / 2};
+    std::vector<uint8_t> halved(kPixelBytes * static_cast<size_t>(half.width) * static_cast<size_t>(half.height));
+    // Exactly half: of odd sizes the last row or column is left out.
+    libyuv::ARGBScale(picture.data, picture.stride(), half.width * 2, half.height * 2, halved.data(),
+                      half.width * kPixelBytes, half.width, half.height, libyuv::kFilterBox);
+    memory.swap(halved);
+    picture = {memory.data(), half};
   }
-  return BufferFrame::make(scaled.get(), scaled_info, static_cast<int64_t>(GST_TIME_AS_USECONDS(clockNow())), 0, {});
+  return picture;
+}
+
+IVideoFrame* scale(const Pixels& picture, Size size, bool opaque) {
+  std::vector<uint8_t> memory;
+  const Pixels near = halve(picture, size, memory);
+  const GstVideoInfo info = pictureInfo(GST_VIDEO_FORMAT_BGRA, size.width, size.height);
+  const GstPtr<GstBuffer> scaled(gst_buffer_new_allocate(nullptr, GST_VIDEO_INFO_SIZE(&info), nullptr));
+  {
+    const PicturePixels out(scaled.get(), info, GST_MAP_WRITE);
+    if (!out) return nullptr;
+    libyuv::ARGBScale(near.data, near.stride(), near.size.width, near.size.height, out.plane(0), out.stride(0),
+                      size.width, size.height, libyuv::kFilterBilinear);
+    auto* const pixels = reinterpret_cast<uint32_t*>(out.plane(0));
+    const size_t count = GST_VIDEO_INFO_SIZE(&info) / kPixelBytes;
+    for (size_t index = 0; opaque && index < count; ++index) pixels[index] |= kOpaque;
+  }
+  return BufferFrame::make(scaled.get(), info, static_cast<int64_t>(GST_TIME_AS_USECONDS(clockNow())), 0, {});
 }
 
 }  // namespace
@@ -88,21 +100,19 @@ IVideoFrame* makeThumbnail(const XConnection& x, XImages& images, int32_t type, 
   if (drawable == XCB_NONE) return nullptr;
   const GstPtr<GstBuffer> picture = images.read(drawable, area);
   if (picture == nullptr) return nullptr;
-  return scale(picture.get(), xImageInfo(area.width, area.height),
-               fit({area.width, area.height}, max_width, max_height, kThumbnailBound));
+  const PicturePixels pixels(picture.get(), xImageInfo(area.width, area.height), GST_MAP_READ);
+  if (!pixels) return nullptr;
+  const Size size = {area.width, area.height};
+  return scale({pixels.plane(0), size}, fit(size, max_width, max_height, kThumbnailBound), true);
 }
 
 IVideoFrame* makeWindowIcon(const XConnection& x, int64_t id, int32_t max_width, int32_t max_height) {
   const Size bound = {max_width > 0 ? max_width : kIconBound.width, max_height > 0 ? max_height : kIconBound.height};
-  WindowIcon icon = readWindowIcon(x, static_cast<xcb_window_t>(id), bound.width, bound.height);
+  const WindowIcon icon = readWindowIcon(x, static_cast<xcb_window_t>(id), bound.width, bound.height);
   if (icon.pixels.empty()) return nullptr;
-  GstVideoInfo info;
-  gst_video_info_set_format(&info, GST_VIDEO_FORMAT_BGRA, static_cast<guint>(icon.width),
-                            static_cast<guint>(icon.height));
-  const gsize bytes = icon.pixels.size() * sizeof(uint32_t);
-  const GstPtr<GstBuffer> picture(
-      gst_buffer_new_wrapped_full(GST_MEMORY_FLAG_READONLY, icon.pixels.data(), bytes, 0, bytes, nullptr, nullptr));
-  return scale(picture.get(), info, fit({icon.width, icon.height}, max_width, max_height, kIconBound));
+  const Size size = {icon.width, icon.height};
+  return scale({reinterpret_cast<const uint8_t*>(icon.pixels.data()), size},
+               fit(size, max_width, max_height, kIconBound), false);
 }
 
 }  // namespace corvane::rtc
