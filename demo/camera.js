@@ -4,12 +4,14 @@
 
 const path = require('node:path');
 const sdk = require('..');
+const { BlurPlugin } = require('./blur_plugin');
 const { ContactSheet } = require('./contact_sheet');
 const { Microphone } = require('./microphone');
 
-const [clip, secondsText, outFolder] = process.argv.slice(2);
+const [clip, secondsText, outFolder, pluginName] = process.argv.slice(2);
 const seconds = Number(secondsText);
 const sheetFrames = 12;
+const sheetColumns = 4;
 // The rate may fall short by what start-up and the last period cost, and by no more.
 const tolerance = 0.05;
 
@@ -42,7 +44,7 @@ class FrameCounter {
 }
 
 const counter = new FrameCounter();
-const sheet = new ContactSheet(4, 320, 180);
+const sheet = new ContactSheet(sheetColumns, 320, 180);
 let buffer;
 let size = { width: 0, height: 0 };
 let failure;
@@ -57,7 +59,10 @@ function onFrame(frame) {
   counter.add(frame.timestamp);
   size = frame;
   const due = (sheet.count * seconds * 1000) / sheetFrames;
-  if (sheet.count < sheetFrames && counter.lastAt - counter.firstAt >= due) sheet.add(buffer, frame);
+  if (sheet.count >= sheetFrames || counter.lastAt - counter.firstAt < due) return;
+  sheet.add(buffer, frame);
+  plugin?.onPicture(buffer, frame);
+  if (sheet.count === sheetColumns) plugin?.enable();
 }
 
 function onMessage(message) {
@@ -94,6 +99,7 @@ function progress() {
 
 function summarize() {
   const { fps, clipFps } = counter;
+  const plugged = plugin?.summarize();
   return {
     clip,
     frames: counter.frames,
@@ -102,9 +108,10 @@ function summarize() {
     seconds: (counter.lastAt - counter.firstAt) / 1000,
     fps,
     clip_fps: clipFps,
-    ok: fps > 0 && Math.abs(fps / clipFps - 1) <= tolerance,
+    ok: fps > 0 && Math.abs(fps / clipFps - 1) <= tolerance && (plugged?.softens ?? true),
     microphone: microphone.id ?? null,
     audio_level_peak_db: microphone.id === undefined ? null : microphone.peak,
+    plugin: plugged,
     contact_sheet: sheet.write(path.join(outFolder, 'contact-sheet.png')),
     log: path.join(outFolder, logName),
   };
@@ -130,8 +137,10 @@ sdk.setLogConfig({ log_path: outFolder, log_level: 0, log_file_size: 10, log_fil
 
 const video = new sdk.xoRTCVideo();
 const microphone = new Microphone(video);
+const plugin = pluginName ? new BlurPlugin(video, check) : undefined;
 check('createRTCVideo', video.createRTCVideo('demo', onMessage, '{}'));
 check('setLocalVideoSink', video.setLocalVideoSink(0, 1));
+plugin?.load();
 check('setVideoCaptureDevice', video.setVideoCaptureDevice(`file:${clip}`));
 check('startVideoCapture', video.startVideoCapture());
 microphone.start(clip);

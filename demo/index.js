@@ -2,8 +2,9 @@
 // The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer; its sound, or a test
 // tone, is captured as a microphone and its level shown.
 //
-//   npm run demo -- [clip] [--seconds N] [--json]
+//   npm run demo -- [clip] [--seconds N] [--plugin blur] [--json]
 //
+// With --plugin blur a sample plug-in softens the pictures but for their middle; the contact sheet's first row is without.
 // The camera runs in a child process: what the engine prints stays out of this one's output.
 
 const { fork } = require('node:child_process');
@@ -13,23 +14,29 @@ const { parseArgs } = require('node:util');
 const { sampleClip } = require('./sample_clip');
 
 const outFolder = path.join(__dirname, 'out');
-const usage = 'usage: npm run demo -- [clip] [--seconds N] [--json]';
+const usage = 'usage: npm run demo -- [clip] [--seconds N] [--plugin blur] [--json]';
+const plugins = ['blur'];
 
 function readArguments() {
   const { values, positionals } = parseArgs({
     allowPositionals: true,
-    options: { seconds: { type: 'string', default: '10' }, json: { type: 'boolean', default: false } },
+    options: {
+      seconds: { type: 'string', default: '10' },
+      plugin: { type: 'string', default: '' },
+      json: { type: 'boolean', default: false },
+    },
   });
   const seconds = Number(values.seconds);
   if (!(seconds >= 1 && seconds <= 3600)) throw new Error('--seconds takes a number from 1 to 3600');
   if (positionals.length > 1) throw new Error('one clip at a time');
-  return { clip: positionals[0], seconds, json: values.json };
+  if (values.plugin !== '' && !plugins.includes(values.plugin)) throw new Error(`--plugin takes: ${plugins.join(', ')}`);
+  return { clip: positionals[0], seconds, plugin: values.plugin, json: values.json };
 }
 
 /** Runs the camera and resolves to its summary. */
-function runCamera(clip, seconds, onProgress) {
+function runCamera(clip, { seconds, plugin }, onProgress) {
   return new Promise((resolve, reject) => {
-    const camera = fork(path.join(__dirname, 'camera.js'), [clip, String(seconds), outFolder], {
+    const camera = fork(path.join(__dirname, 'camera.js'), [clip, String(seconds), outFolder, plugin], {
       stdio: ['ignore', 'ignore', 'inherit', 'ipc'],
     });
     let summary;
@@ -78,6 +85,11 @@ function showSummary(summary) {
   console.log(`${summary.frames} frames of ${summary.width}x${summary.height} in ${summary.seconds.toFixed(1)} s: ` +
     `${summary.fps.toFixed(2)} fps of ${summary.clip_fps.toFixed(2)}, ${verdict}`);
   if (summary.microphone !== null) console.log(`microphone ${summary.microphone}: peak ${summary.audio_level_peak_db} dB`);
+  if (summary.plugin) {
+    const { sharpness, sharpness_without: without, softens } = summary.plugin;
+    console.log(`plug-in ${summary.plugin.name}: sharpness ${sharpness.toFixed(2)} of ${without.toFixed(2)} without it, ` +
+      (softens ? 'soft' : 'NOT soft'));
+  }
   console.log(`contact sheet: ${summary.contact_sheet}`);
   console.log(`log: ${summary.log}`);
   for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
@@ -89,7 +101,7 @@ async function main() {
   const clip = path.resolve(options.clip ?? (await sampleClip((text) => console.error(text))));
   if (!fs.existsSync(clip)) throw new Error(`there is no clip ${clip}`);
   if (!options.json) console.log(`capturing ${clip}`);
-  const summary = await runCamera(clip, options.seconds, options.json ? () => {} : showProgress);
+  const summary = await runCamera(clip, options, options.json ? () => {} : showProgress);
   if (options.json) console.log(JSON.stringify(summary));
   else showSummary(summary);
   return summary.ok ? 0 : 1;
