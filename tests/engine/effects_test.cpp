@@ -70,36 +70,43 @@ TEST_F(EffectsTest, RotationOfACameraChangesTheReportedSize) {
 
 TEST_F(EffectsTest, ZoomGoesInStepsAndStaysInThePicture) {
   const TestPicture picture = quartered(640, 480);
-  const auto zoomTo = [&](std::initializer_list<int32_t> directions) {
+  const auto zoom_to = [&](std::initializer_list<int32_t> directions) {
     for (const int32_t direction : directions) {
       EXPECT_EQ(engine->setVideoDigitalZoomControl(direction), rtc::kSuccess);
     }
-    // Steps are made on the engine thread: what is posted after them tells that they are done.
-    EXPECT_EQ(engine->setVideoSourceType(rtc::kStreamIndexMain, rtc::kVideoSourceTypeExternal), rtc::kSuccess);
-    std::this_thread::sleep_for(std::chrono::milliseconds(30));
-    return show(picture);
+  };
+  const auto is_whole = [&](const TestPicture& seen) { return seen.planes == picture.planes; };
+  const auto shows = [](size_t quarter) {
+    return [quarter](const TestPicture& seen) {
+      return seen.width == 640 && isLike(quartersOf(seen), arranged(quarter, quarter, quarter, quarter), 1);
+    };
   };
   ASSERT_EQ(engine->setVideoDigitalZoomConfig(rtc::kZoomConfigTypeFocusOffset, 1), rtc::kSuccess);
   ASSERT_EQ(engine->setVideoDigitalZoomConfig(rtc::kZoomConfigTypeMoveOffset, 0.25), rtc::kSuccess);
 
-  // Twice as large, around the middle: the quarters meet where they did, and their outer halves are gone.
-  TestPicture seen = zoomTo({rtc::kZoomDirectionZoomIn});
-  EXPECT_EQ(seen.width, 640);
-  EXPECT_TRUE(isLike(quartersOf(seen), kQuarters, 1));
-  EXPECT_EQ(seen.at(0, 310, 100), kQuarters[0][0]);
-  EXPECT_EQ(seen.at(0, 330, 100), kQuarters[1][0]);
+  // Twice as large, around the middle: the quarters meet where they did, a quarter of each is left.
+  TestPicture marked = picture;
+  for (const size_t at : {200 * 640 + 300, 200 * 640 + 301, 201 * 640 + 300, 201 * 640 + 301})
+    marked.planes[0][at] = 255;
+  zoom_to({rtc::kZoomDirectionZoomIn});
+  EXPECT_TRUE(becomes(marked, [](const TestPicture& seen) {
+    return isLike(quartersOf(seen), kQuarters, 1) && seen.at(0, 281, 161) > 200 &&
+           seen.at(0, 310, 100) == kQuarters[0][0] && seen.at(0, 330, 100) == kQuarters[1][0];
+  }));
 
   // A quarter of the picture to the right and down: the last quarter alone.
-  seen = zoomTo({rtc::kZoomDirectionMoveRight, rtc::kZoomDirectionMoveDown});
-  EXPECT_TRUE(isLike(quartersOf(seen), arranged(3, 3, 3, 3), 1));
+  zoom_to({rtc::kZoomDirectionMoveRight, rtc::kZoomDirectionMoveDown});
+  EXPECT_TRUE(becomes(picture, shows(3)));
   // There is nothing to be seen beyond.
-  seen = zoomTo({rtc::kZoomDirectionMoveRight, rtc::kZoomDirectionMoveLeft, rtc::kZoomDirectionMoveLeft,
-                 rtc::kZoomDirectionMoveUp, rtc::kZoomDirectionMoveUp});
-  EXPECT_TRUE(isLike(quartersOf(seen), arranged(0, 0, 0, 0), 1));
-  seen = zoomTo({rtc::kZoomDirectionZoomOut, rtc::kZoomDirectionZoomOut});
-  EXPECT_EQ(seen.planes, picture.planes);
-  seen = zoomTo({rtc::kZoomDirectionZoomIn, rtc::kZoomDirectionMoveLeft, rtc::kZoomDirectionCameraReset});
-  EXPECT_EQ(seen.planes, picture.planes);
+  zoom_to({rtc::kZoomDirectionMoveRight, rtc::kZoomDirectionMoveLeft, rtc::kZoomDirectionMoveLeft,
+           rtc::kZoomDirectionMoveUp, rtc::kZoomDirectionMoveUp});
+  EXPECT_TRUE(becomes(picture, shows(0)));
+  zoom_to({rtc::kZoomDirectionZoomOut, rtc::kZoomDirectionZoomOut});
+  EXPECT_TRUE(becomes(picture, is_whole));
+  zoom_to({rtc::kZoomDirectionZoomIn, rtc::kZoomDirectionMoveLeft, rtc::kZoomDirectionMoveUp});
+  EXPECT_TRUE(becomes(picture, shows(0)));
+  zoom_to({rtc::kZoomDirectionCameraReset});
+  EXPECT_TRUE(becomes(picture, is_whole));
 
   for (const double bad : {-0.1, 7.1, std::nan("")}) {
     EXPECT_EQ(engine->setVideoDigitalZoomConfig(rtc::kZoomConfigTypeFocusOffset, bad), rtc::kInvalidParameter);
@@ -129,9 +136,9 @@ TEST_F(EffectsTest, ZoomLooksWhereTheUprightPictureSays) {
     TestPicture picture = quartered(640, 480);
     picture.rotation = each.pushed;
     const Quarters expected = arranged(each.quarter, each.quarter, each.quarter, each.quarter);
-    TestPicture seen = show(picture);
-    for (int attempt = 0; attempt < 50 && !isLike(quartersOf(seen), expected, 1); ++attempt) seen = show(picture);
-    EXPECT_TRUE(isLike(quartersOf(seen), expected, 1)) << each.pushed << ", " << each.captured;
+    EXPECT_TRUE(
+        becomes(picture, [&expected](const TestPicture& seen) { return isLike(quartersOf(seen), expected, 1); }))
+        << each.pushed << ", " << each.captured;
   }
 }
 
@@ -142,7 +149,7 @@ TEST_F(EffectsTest, ZoomGoesOnUntilItIsStopped) {
   for (size_t row = 0; row < 480; ++row) {
     for (size_t x = 330; x < 334; ++x) picture.planes[0][row * 640 + x] = 250;
   }
-  const auto lineAt = [&] {
+  const auto line_at = [&] {
     const TestPicture seen = show(picture);
     const auto row = seen.planes[0].begin() + 100 * 640;
     return std::distance(row, std::max_element(row, row + 640));
@@ -150,19 +157,19 @@ TEST_F(EffectsTest, ZoomGoesOnUntilItIsStopped) {
   ASSERT_EQ(engine->startVideoDigitalZoomControl(rtc::kZoomDirectionZoomIn), rtc::kSuccess);
   std::set<ptrdiff_t> places;
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  while (places.size() < 4 && std::chrono::steady_clock::now() < deadline) places.insert(lineAt());
+  while (places.size() < 4 && std::chrono::steady_clock::now() < deadline) places.insert(line_at());
   ASSERT_EQ(engine->stopVideoDigitalZoomControl(), rtc::kSuccess);
   EXPECT_GE(places.size(), 4U);
   std::this_thread::sleep_for(std::chrono::milliseconds(150));
-  const ptrdiff_t stopped_at = lineAt();
+  const ptrdiff_t stopped_at = line_at();
   std::this_thread::sleep_for(std::chrono::milliseconds(350));
-  EXPECT_EQ(lineAt(), stopped_at);
+  EXPECT_EQ(line_at(), stopped_at);
 }
 
-// A file of one colour; the outer part of it is transparent when `framed`.
+// A file of one colour, 40 by 40 pixels.
 std::string imageFile(const TemporaryFolder& folder, const std::string& name, const std::string& encoder,
                       const std::string& colour) {
-  const std::string path = folder.file(name);
+  std::string path = folder.file(name);
   EXPECT_TRUE(runPipeline("videotestsrc num-buffers=1 pattern=solid-color foreground-color=" + colour +
                           " ! video/x-raw,format=ARGB,width=40,height=40 ! videoconvert ! " + encoder +
                           " ! filesink location=" + path));
@@ -250,7 +257,7 @@ TEST_F(EffectsTest, WatermarkLetsThePictureThroughWhereItIsTransparent) {
     return show(picture).at(0, 100, 100);
   };
   EXPECT_NEAR(centre("0xffffffff"), 235, 2);
-  EXPECT_NEAR(centre("0x80ffffff"), (235 + 50) / 2, 4);
+  EXPECT_NEAR(centre("0x80ffffff"), (235 + 50) / 2.0, 4);
   EXPECT_NEAR(centre("0x00ffffff"), 50, 1);
 }
 

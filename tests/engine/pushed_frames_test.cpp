@@ -69,7 +69,7 @@ TEST_F(PushedFramesTest, ComeInTheEnginesColoursWhateverTheirOwn) {
     picture.width = 40;
     picture.height = 26;
     for (size_t plane = 0; plane < picture.planeCount(); ++plane) {
-      const auto size = static_cast<size_t>(picture.rowBytes(plane) * picture.rows(plane));
+      const auto size = static_cast<size_t>(picture.rowBytes(plane)) * static_cast<size_t>(picture.rows(plane));
       for (size_t at = 0; at < size; ++at) {
         picture.planes[plane].push_back(each.pushed[picture.planeCount() == 1 ? at % 4 : plane]);
       }

@@ -23,7 +23,8 @@ int32_t TestPicture::rows(size_t plane) const {
 
 uint8_t TestPicture::at(size_t plane, int32_t x, int32_t y) const {
   const int32_t shift = plane == 0 ? 0 : 1;
-  return planes[plane][static_cast<size_t>((y >> shift) * rowBytes(plane) + (x >> shift))];
+  const auto row = planes[plane].begin() + static_cast<ptrdiff_t>(y >> shift) * rowBytes(plane);
+  return row[x >> shift];
 }
 
 rtc::VideoFrameBuilder TestPicture::builder() const {

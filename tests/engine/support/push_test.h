@@ -1,6 +1,8 @@
 // What tests of pushed pictures share: the application as the source, and a sink that keeps what comes out.
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <utility>
 
 #include "support/engine_test.h"
@@ -15,7 +17,6 @@ class PushTest : public EngineTest {
     ASSERT_EQ(engine->setVideoSourceType(rtc::kStreamIndexMain, rtc::kVideoSourceTypeExternal), rtc::kSuccess);
     ASSERT_EQ(engine->setLocalVideoSink(rtc::kStreamIndexMain, &shown, rtc::kVideoPixelFormatI420), rtc::kSuccess);
   }
-  void TearDown() override { rtc::destroyRTCVideo(); }
 
   int32_t push(const rtc::VideoFrameBuilder& builder) {
     rtc::IVideoFrame* frame = rtc::buildVideoFrame(builder);
@@ -29,6 +30,15 @@ class PushTest : public EngineTest {
     const auto found = shown.waitFor([this](const TestPicture& each) { return each.timestamp_us == last_stamp_; });
     EXPECT_TRUE(found.has_value());
     return found.value_or(std::move(picture));
+  }
+
+  /// Shows the picture until what comes of it fits: settings of the engine thread's count a little later.
+  bool becomes(const TestPicture& picture, const std::function<bool(const TestPicture&)>& fits) {
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (std::chrono::steady_clock::now() < deadline) {
+      if (fits(show(picture))) return true;
+    }
+    return false;
   }
 
   PictureSink shown;
