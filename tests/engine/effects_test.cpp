@@ -86,8 +86,7 @@ TEST_F(EffectsTest, ZoomGoesInStepsAndStaysInThePicture) {
 
   // Twice as large, around the middle: the quarters meet where they did, a quarter of each is left.
   TestPicture marked = picture;
-  for (const size_t at : {200 * 640 + 300, 200 * 640 + 301, 201 * 640 + 300, 201 * 640 + 301})
-    marked.planes[0][at] = 255;
+  for (const size_t at : {128300U, 128301U, 128940U, 128941U}) marked.planes[0][at] = 255;
   zoom_to({rtc::kZoomDirectionZoomIn});
   EXPECT_TRUE(becomes(marked, [](const TestPicture& seen) {
     return isLike(quartersOf(seen), kQuarters, 1) && seen.at(0, 281, 161) > 200 &&
