@@ -9,7 +9,8 @@ declare -A packages=(
            libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
            libxcb1-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-randr0-dev libxcb-res0-dev libxcb-shm0-dev
            libxcb-xfixes0-dev
-           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa"
+           gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa
+           libsoup-3.0-dev gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly gstreamer1.0-nice janus"
   [test]="libgtest-dev libgmock-dev xvfb x11-utils"
   [demo]=""
   [bench]="xvfb x11-utils"
@@ -84,5 +85,6 @@ command -v node >/dev/null && command -v npm >/dev/null || die "Node.js 20 or la
 npm_ci "$root"
 
 for group in "$@"; do
+  [[ $group != build ]] || bash "$root/scripts/gst_webrtc.sh"
   [[ $group != windows ]] || setup_windows
 done

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "api/missing_operations.h"
+#include "api/room_door.h"
 #include "api/video_effect.h"
 #include "capture/audio_capture.h"
 #include "capture/audio_report.h"
@@ -25,9 +29,11 @@
 #include "effects/local_video.h"
 #include "effects/snapshots.h"
 #include "media/picture_taps.h"
+#include "media/remote_sinks.h"
 #include "media/sound_hooks.h"
 #include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
+#include "rooms/rooms.h"
 #include "screens/screen_capture.h"
 #include "screens/screen_query.h"
 
@@ -203,10 +209,17 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   int32_t stopPlayPublicStream(const char* public_stream_id) override;
   int32_t setPublicStreamAudioPlaybackVolume(const char* public_stream_id, int32_t volume) override;
 
+  // Of its rooms.
+
+  int32_t notSupported(const char* operation) override { return missing_operations_.refuse(operation); }
+  void postToRoom(const std::string& room_id, std::function<void(Room&)> task);
+  void setRoomHandler(const std::string& room_id, IRTCRoomEventHandler* handler);
+  /// Returns when no callback of the room's is running or will come.
+  void destroyRoom(const std::string& room_id);
+
  private:
   void onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) override;
   void onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) override;
-  int32_t notSupported(const char* operation) override { return missing_operations_.refuse(operation); }
   // What operations answer for a stream, or a kind of sound, other than the microphone's.
   int32_t notTheMicrophone(int32_t stream_index, const char* operation);
   int32_t notRecorded(int32_t method, const char* operation);
@@ -238,6 +251,12 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   std::unique_ptr<DigitalZoom> zoom_;
   std::unique_ptr<AudioCapture> audio_capture_;
   std::unique_ptr<AudioReport> audio_report_;
+  std::unique_ptr<Rooms> rooms_;
+  RemoteSinks remote_sinks_;
+  const std::shared_ptr<RoomDoor> door_ = std::make_shared<RoomDoor>(*this);
+
+  std::mutex room_ids_mutex_;
+  std::set<std::string> room_ids_;
 };
 
 }  // namespace corvane::rtc

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "api/rtc_room.h"
 #include "api/rtc_video.h"
 #include "capture/image_file.h"
 
@@ -59,8 +60,7 @@ int32_t RtcVideo::setLocalVideoMirrorType(int32_t mirror_type) {
       mirror_type != kMirrorTypeRenderAndEncoder) {
     return kInvalidParameter;
   }
-  // Nothing is sent yet that one of the modes would leave as it is.
-  local_video_.setMirror(mirror_type != kMirrorTypeNone);
+  local_video_.setMirror(mirror_type);
   return kSuccess;
 }
 
@@ -147,9 +147,12 @@ int32_t RtcVideo::setLocalVideoSink(int32_t stream_index, IVideoSink* sink, int3
   return stream_index == kStreamIndexScreen ? screen_sink_.attach(sink, required_format) : kInvalidParameter;
 }
 
-int32_t RtcVideo::setRemoteVideoSink(const StreamKey& /*stream_key*/, IVideoSink* /*sink*/,
-                                     int32_t /*required_format*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setRemoteVideoSink(const StreamKey& stream_key, IVideoSink* sink, int32_t required_format) {
+  if (!isRoomOrUserId(stream_key.room_id) || !isRoomOrUserId(stream_key.user_id)) return kInvalidParameter;
+  if (stream_key.stream_index == kStreamIndexScreen) return notSupported(__func__);
+  if (stream_key.stream_index != kStreamIndexMain) return kInvalidParameter;
+  return remote_sinks_.find(stream_key.room_id, stream_key.user_id, stream_key.stream_index)
+      ->attach(sink, required_format);
 }
 
 int32_t RtcVideo::setPublicStreamVideoSink(const char* /*public_stream_id*/, IVideoSink* /*sink*/,

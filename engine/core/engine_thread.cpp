@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <future>
 #include <utility>
 
 namespace corvane::rtc {
@@ -64,6 +65,17 @@ void EngineThread::post(std::weak_ptr<void> owner, Task task) {
     // Not kept locked during the task: the task may be what ends the owner.
     if (!owner.expired()) task();
   });
+}
+
+void EngineThread::postAndWait(Task task) {
+  // A promise that goes without having been kept ends the waiting, too.
+  auto promise = std::make_shared<std::promise<void>>();
+  const std::future<void> done = promise->get_future();
+  post([task = std::move(task), promise = std::move(promise)] {
+    task();
+    promise->set_value();
+  });
+  done.wait();
 }
 
 AttachedSource EngineThread::after(std::chrono::milliseconds delay, Task task) {

@@ -31,6 +31,9 @@ class EngineThread {
   /// Owners are destroyed on the engine thread, so that an owner that lives at the task's start lives to its end.
   void post(std::weak_ptr<void> owner, Task task);
 
+  /// The same as post(), and returns when the task has run, or was dropped. From any other thread.
+  void postAndWait(Task task);
+
   /// Runs `task` once, `delay` from now, unless the result is dropped first. Engine thread only.
   [[nodiscard]] AttachedSource after(std::chrono::milliseconds delay, Task task);
 

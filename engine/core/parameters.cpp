@@ -22,6 +22,13 @@ void readIds(const nlohmann::json& json, const char* key, std::vector<std::strin
   }
 }
 
+bool isServiceAddress(std::string_view url) {
+  for (const std::string_view scheme : {"ws://", "wss://"}) {
+    if (url.starts_with(scheme) && url.size() > scheme.size() && url[scheme.size()] != '/') return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 EngineParameters readParameters(std::string_view json_text, std::string& problem) {
@@ -36,6 +43,16 @@ EngineParameters readParameters(std::string_view json_text, std::string& problem
   }
   readIds(json, "cameras", parameters.cameras, problem);
   readIds(json, "microphones", parameters.microphones, problem);
+  if (const auto service = json.find("service"); service != json.end()) {
+    for (const auto& address : service->is_array() ? *service : nlohmann::json::array({*service})) {
+      const auto* url = address.get_ptr<const std::string*>();
+      if (url != nullptr && isServiceAddress(*url)) {
+        parameters.services.push_back(*url);
+      } else {
+        problem = "\"service\" holds something that is not an address such as ws://host:8188";
+      }
+    }
+  }
   return parameters;
 }
 

@@ -12,6 +12,9 @@ struct EngineParameters {
   std::vector<std::string> cameras;
   /// "microphones": the same for microphones.
   std::vector<std::string> microphones;
+  /// "service": an address ("ws://host:port") or a list of them, on which rooms are spread by their ids. None stands
+  /// for the private service of this machine.
+  std::vector<std::string> services;
 };
 
 /// Reads what it can. `problem` says what could not be read, "" when all could.

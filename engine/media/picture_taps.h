@@ -1,20 +1,19 @@
 // Who takes one stream's pictures inside the engine.
 #pragma once
 
-#include <gst/video/video.h>
-
 #include <algorithm>
 #include <mutex>
 #include <vector>
+
+#include "media/picture.h"
 
 namespace corvane::rtc {
 
 /// Takes pictures from one of the engine's streams: what a room's encoder or a recorder is.
 class PictureTap {
  public:
-  /// On the stream's own thread: it must not wait. `time` is when the picture was due, in nanoseconds on the clock of
-  /// all pipelines. The buffer is the stream's: keep a reference, write nothing.
-  virtual void onPicture(GstBuffer* picture, const GstVideoInfo& info, GstClockTime time) = 0;
+  /// On the stream's own thread: it must not wait. The buffer is the stream's: keep a reference, write nothing.
+  virtual void onPicture(const Picture& picture) = 0;
 
  protected:
   ~PictureTap() = default;
@@ -34,9 +33,14 @@ class PictureTaps {
     taps_.erase(std::remove(taps_.begin(), taps_.end(), &tap), taps_.end());
   }
 
-  void deliver(GstBuffer* picture, const GstVideoInfo& info, GstClockTime time) {
+  void deliver(const Picture& picture) {
     const std::lock_guard lock(mutex_);
-    for (PictureTap* tap : taps_) tap->onPicture(picture, info, time);
+    for (PictureTap* tap : taps_) tap->onPicture(picture);
+  }
+
+  bool any() {
+    const std::lock_guard lock(mutex_);
+    return !taps_.empty();
   }
 
  private:

@@ -23,6 +23,12 @@ class VideoSinkSlot {
   /// One thread at a time.
   void deliver(const Picture& picture);
 
+  /// Whether there is a sink. Any thread.
+  bool attached() {
+    const std::lock_guard lock(mutex_);
+    return target_.sink != nullptr;
+  }
+
   /// Pictures dropped because the sink held too many. Any thread.
   int64_t dropped() const { return dropped_.load(std::memory_order_relaxed); }
 

@@ -112,7 +112,7 @@ void ScreenCapture::onPicture(GstPtr<GstBuffer> buffer, const GstVideoInfo& info
     context_.thread.post(session_, [this, size] { onSize(size); });
   }
   const Picture picture = {std::move(buffer), info, static_cast<int64_t>(GST_TIME_AS_USECONDS(time)), 0};
-  taps_.deliver(picture.buffer.get(), info, time);
+  taps_.deliver(picture);
   snapshots_.offer(kStreamIndexScreen, picture);
   sink_.deliver(picture);
 }

@@ -21,7 +21,7 @@ enum RoomProfileType : int32_t {
 
 /// Who a user is in a room.
 struct UserInfo {
-  const char* uid;         ///< letters, digits, '_', '-', '@', '.'; 1 to 128 bytes, unique in the room
+  const char* uid;         ///< 1 to 128 bytes, unique in the room
   const char* extra_info;  ///< told to the others, up to 200 bytes
 };
 

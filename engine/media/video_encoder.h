@@ -1,0 +1,90 @@
+// Pictures encoded once for all who send them.
+#pragma once
+
+#include <gst/app/app.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "capture/pipeline.h"
+#include "core/engine_context.h"
+#include "media/encoded_taps.h"
+#include "media/picture_taps.h"
+
+namespace corvane::rtc {
+
+/// What is wanted of an encoded stream. 0 leaves a value to the pictures and the engine.
+struct VideoEncoding {
+  int32_t width = 0;       ///< pixels
+  int32_t height = 0;      ///< pixels
+  int32_t frame_rate = 0;  ///< frames a second
+  int32_t bitrate = 0;     ///< kbit/s
+
+  bool operator==(const VideoEncoding&) const = default;
+};
+
+/// What has gone through since the encoder was made. Any thread may read it.
+struct EncodedCounts {
+  std::atomic<int64_t> pictures_in = 0;
+  std::atomic<int64_t> pictures_out = 0;
+  std::atomic<int64_t> bytes_out = 0;
+  std::atomic<int64_t> encode_ns = 0;  ///< from a picture's arrival to its encoded form, all pictures together
+  std::atomic<int32_t> width = 0;
+  std::atomic<int32_t> height = 0;
+};
+
+/// Engine thread, but for what is marked otherwise.
+class VideoEncoder final : public PictureTap {
+ public:
+  class Listener {
+   public:
+    virtual void onEncoderFailed(const std::string& reason) = 0;
+
+   protected:
+    ~Listener() = default;
+  };
+
+  VideoEncoder(EngineContext& context, const VideoEncoding& wanted, Listener& listener);
+  /// Pictures must not come any more.
+  ~VideoEncoder();
+  VideoEncoder(const VideoEncoder&) = delete;
+  VideoEncoder& operator=(const VideoEncoder&) = delete;
+
+  void setBitrate(int32_t kbit);
+
+  EncodedTaps& taps() { return taps_; }
+  const EncodedCounts& counts() const { return counts_; }
+  /// Any thread. The next picture is encoded so that decoding can begin with it.
+  void requestKeyFrame() { key_frame_wanted_.store(true, std::memory_order_relaxed); }
+  /// Any thread, one at a time.
+  void onPicture(const Picture& picture) override;
+
+  /// "h264" or "vp8": what this machine encodes; "" when nothing that does is installed.
+  static const char* codec();
+
+ private:
+  void build(const VideoEncoding& wanted);
+  void fail(const std::string& reason);
+  void onMessage(GstMessage* message);
+  GstFlowReturn onSample(GstPtr<GstSample> sample);
+  void setRate(const GstVideoInfo& info);
+
+  EngineContext& context_;
+  Listener& listener_;
+  const std::shared_ptr<void> alive_ = std::make_shared<char>();
+  EncodedTaps taps_;
+  EncodedCounts counts_;
+  std::atomic<bool> key_frame_wanted_ = false;
+  std::atomic<int32_t> wanted_bitrate_;
+  Pipeline pipeline_;
+  GstAppSrc* source_ = nullptr;
+  GstElement* encoder_ = nullptr;
+  AttachedSource watch_;
+  bool failed_ = false;
+  // The picture thread's:
+  GstVideoInfo fed_info_ = {};
+  GstClockTime last_key_request_ = 0;
+};
+
+}  // namespace corvane::rtc

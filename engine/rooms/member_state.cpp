@@ -1,0 +1,45 @@
+#include "rooms/member_state.h"
+
+#include "core/json.h"
+#include "corvane_rtc/common.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+// Pairs of one member; a room has up to ten.
+constexpr size_t kMaxPairs = 32;
+
+}  // namespace
+
+std::string writeMemberState(const MemberState& state) {
+  Json json = {{"corvane", 1}, {"extra", state.extra_info}, {"published", state.published}};
+  if (!state.visible) json["visible"] = false;
+  if (state.leaving) json["leaving"] = true;
+  for (const auto& [key, info] : state.room_info) {
+    json["room"][key] = {{"value", info.value}, {"user", info.user}, {"time", info.time_ms}};
+  }
+  return jsonText(json);
+}
+
+MemberState readMemberState(const std::string& text) {
+  MemberState state;
+  const Json json = parseJson(text);
+  if (numberOf(json, "corvane") != 1) {
+    state.published = kMediaStreamBoth;
+    return state;
+  }
+  state.extra_info = textOf(json, "extra");
+  state.published = static_cast<int32_t>(numberOf(json, "published")) & kMediaStreamBoth;
+  state.visible = flagOf(json, "visible", true);
+  state.leaving = flagOf(json, "leaving", false);
+  if (const Json& room = memberOf(json, "room"); room.is_object()) {
+    for (const auto& [key, info] : room.items()) {
+      if (state.room_info.size() == kMaxPairs) break;
+      state.room_info[key] = {textOf(info, "value"), textOf(info, "user"), numberOf(info, "time")};
+    }
+  }
+  return state;
+}
+
+}  // namespace corvane::rtc

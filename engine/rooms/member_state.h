@@ -1,0 +1,34 @@
+// What each member of a room tells the others of itself, as the text that the service carries for it.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace corvane::rtc {
+
+/// One pair of a room's extra information.
+struct ExtraInfo {
+  std::string value;
+  std::string user;     ///< who set it
+  int64_t time_ms = 0;  ///< when, in milliseconds since 1970 UTC
+
+  bool operator==(const ExtraInfo&) const = default;
+};
+
+struct MemberState {
+  std::string extra_info;  ///< of the user
+  int32_t published = 0;   ///< MediaStreamType
+  bool visible = true;
+  bool leaving = false;                        ///< the user leaves of its own will
+  std::map<std::string, ExtraInfo> room_info;  ///< pairs that this member keeps for the room, by key
+
+  bool operator==(const MemberState&) const = default;
+};
+
+std::string writeMemberState(const MemberState& state);
+
+/// Of a member that does not use this engine: visible, and publishing whatever it sends.
+MemberState readMemberState(const std::string& text);
+
+}  // namespace corvane::rtc

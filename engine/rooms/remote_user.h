@@ -1,0 +1,79 @@
+// One other user of a room: what it publishes, what of that is wanted, and the feed over which it comes.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "rooms/member_state.h"
+#include "rooms/remote_feed.h"
+#include "rooms/room_context.h"
+
+namespace corvane::rtc {
+
+/// Engine thread only, but for the pictures.
+class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Receiver {
+ public:
+  /// wanted: MediaStreamType.
+  RemoteUser(RoomContext& room, std::string uid, int32_t wanted);
+  ~RemoteUser();
+  RemoteUser(const RemoteUser&) = delete;
+  RemoteUser& operator=(const RemoteUser&) = delete;
+
+  const std::string& uid() const { return uid_; }
+  const MemberState& state() const { return state_; }
+  bool present() const { return present_; }
+
+  void setState(MemberState state) { state_ = std::move(state); }
+  void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
+  void setWanted(int32_t media) { wanted_ = media; }
+  int32_t wanted() const { return wanted_; }
+  /// Media that do not arrive although they are wanted.
+  void setPaused(int32_t media) { paused_ = media; }
+  /// What the user publishes and the service has.
+  int32_t available() const;
+
+  /// Opens, changes or closes the feed as all of the above now wants it.
+  void update(RoomSession* session, bool loopback_only);
+  /// The connection to the service is gone; the user may still be there.
+  void suspend();
+  void resume() { present_ = true; }
+
+  RemoteFeed* feed() { return feed_.get(); }
+
+ private:
+  struct Size {
+    int32_t width = 0;
+    int32_t height = 0;
+    bool operator==(const Size&) const = default;
+  };
+
+  StreamKey key() const;
+  void closeFeed(RemoteVideoStateChangeReason reason);
+  void reportSubscribed(SubscribeState state);
+  void onSize(Size size, bool shown);
+
+  void onPeerConnected() override;
+  void onPeerFailed(const std::string& reason) override;
+  void onRemotePicture(const Picture& picture) override;
+
+  RoomContext& room_;
+  const std::string uid_;
+  const std::shared_ptr<VideoSinkSlot> sink_;
+  MemberState state_;
+  std::vector<FeedStream> streams_;
+  int32_t wanted_;
+  int32_t paused_ = 0;
+  bool present_ = true;
+  RoomSession* session_ = nullptr;
+  bool loopback_only_ = false;
+  bool decoding_ = false;
+  Size reported_size_;
+  std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
+  AttachedSource retry_;
+  Size seen_size_;  // the feed's own thread's
+  std::unique_ptr<RemoteFeed> feed_;
+};
+
+}  // namespace corvane::rtc

@@ -1,0 +1,317 @@
+#include "rooms/room.h"
+
+#include <utility>
+
+#include "core/json.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+class NoRoomEvents final : public IRTCRoomEventHandler {};
+NoRoomEvents no_room_events;
+
+// A user is told of when messages reach it, or when that takes longer than it should.
+constexpr std::chrono::milliseconds kMessagesDue(3000);
+// After an interruption of the service its users come back one after the other.
+constexpr std::chrono::milliseconds kReturnDue(8000);
+// The service may take as long to find that an earlier connection of this user's is gone.
+constexpr std::chrono::seconds kOwnGhost(40);
+constexpr std::chrono::milliseconds kRejoinPause(500);
+constexpr std::chrono::milliseconds kCheckPause(250);
+
+}  // namespace
+
+Room::Room(EngineContext& engine, LocalMedia& media, RemoteSinks& sinks, std::string id, Service& service)
+    : context_{engine, media, sinks, std::move(id), "", &no_room_events},
+      service_(service),
+      local_(context_),
+      messages_(context_, *this) {}
+
+Room::~Room() {
+  context_.events = &no_room_events;
+  leave();
+}
+
+void Room::setHandler(IRTCRoomEventHandler* handler) {
+  context_.events = handler != nullptr ? handler : &no_room_events;
+}
+
+// Being in the room.
+
+void Room::join(RoomJoin join) {
+  join_ = std::move(join);
+  context_.user_id = join_.user_id;
+  context_.engine.log.info("room %s: %s joins", context_.room_id.c_str(), join_.user_id.c_str());
+  join_started_ = std::chrono::steady_clock::now();
+  state_ = State::kJoining;
+  was_in_ = false;
+  subscribe_new_ = join_.auto_subscribe;
+  paused_ = 0;
+  own_ = {};
+  own_.extra_info = join_.extra_info;
+  own_.published = join_.auto_publish ? kMediaStreamBoth : 0;
+  if (service_.state() == Service::State::kUnreachable) return end(kRoomStateJoinFailed, service_.problem());
+  if (service_.state() == Service::State::kUp) enter();
+}
+
+void Room::enter() {
+  told_ = writeMemberState(own_);
+  session_ = service_.join({context_.room_id, join_.user_id, join_.token, told_}, *this);
+}
+
+void Room::leave() {
+  if (state_ == State::kOut) return;
+  own_.leaving = true;
+  if (state_ == State::kIn) tellState();
+  context_.engine.log.info("room %s: %s leaves", context_.room_id.c_str(), join_.user_id.c_str());
+  RoomStats stats = {};
+  if (was_in_) stats.duration = millisecondsSince(joined_at_) / 1000;
+  state_ = State::kOut;
+  drop();
+  users_.clear();
+  local_.setPublished(0);
+  messages_.giveUp(kMessageSendResultNotJoined);
+  context_.events->onLeaveRoom(stats);
+}
+
+void Room::drop() {
+  retry_.reset();
+  check_.reset();
+  local_.setSession(nullptr, false);
+  messages_.setSession(nullptr, false);
+  for (auto& [id, entry] : users_) entry.user->suspend();
+  session_.reset();
+}
+
+void Room::end(RoomState state, const std::string& reason) {
+  state_ = State::kOut;
+  join_.in_room->store(false);
+  drop();
+  users_.clear();
+  local_.setPublished(0);
+  messages_.giveUp(kMessageSendResultNotJoined);
+  reportState(state, reason);
+}
+
+void Room::reportState(RoomState state, const std::string& reason) {
+  Json extra = {{"elapsed", millisecondsSince(join_started_)}, {"join_type", was_in_ ? 1 : 0}};
+  if (!reason.empty()) extra["reason"] = reason;
+  if (state != kRoomStateJoined) {
+    context_.engine.log.error("room %s: state %d: %s", context_.room_id.c_str(), state, reason.c_str());
+  }
+  context_.events->onRoomStateChanged(context_.room_id.c_str(), join_.user_id.c_str(), state, jsonText(extra).c_str());
+}
+
+void Room::tellState() {
+  std::string text = writeMemberState(own_);
+  if (session_ == nullptr || text == told_) return;
+  told_ = std::move(text);
+  session_->setState(told_);
+}
+
+void Room::onServiceState(Service::State state, const std::string& problem) {
+  const bool wants_in = state_ == State::kJoining || state_ == State::kInterrupted;
+  if (state == Service::State::kUp && wants_in && session_ == nullptr) enter();
+  if (state == Service::State::kUnreachable && state_ == State::kJoining) end(kRoomStateJoinFailed, problem);
+}
+
+void Room::onJoined() {
+  state_ = State::kIn;
+  const bool loopback = service_.onLoopback();
+  messages_.setSession(session_.get(), loopback);
+  local_.setPublished(own_.published);
+  local_.setSession(session_.get(), loopback);
+  if (!was_in_) joined_at_ = std::chrono::steady_clock::now();
+  reportState(kRoomStateJoined, "");
+  was_in_ = true;
+  tellState();
+  checkLater();
+}
+
+void Room::onJoinFailed(JoinFault fault, const std::string& reason) {
+  session_.reset();
+  if (fault == JoinFault::kDuplicateId && was_in_ && millisecondsSince(join_started_) < 1000 * kOwnGhost.count()) {
+    retry_ = context_.engine.thread.after(kRejoinPause, [this] {
+      if (service_.state() == Service::State::kUp && session_ == nullptr) enter();
+    });
+    return;
+  }
+  RoomState state = kRoomStateJoinFailed;
+  if (fault == JoinFault::kToken) state = kRoomStateInvalidToken;
+  if (fault == JoinFault::kDuplicateId) state = kRoomStateDuplicateLogin;
+  end(state, reason);
+}
+
+void Room::onRemoved(bool room_ended, const std::string& reason) {
+  end(room_ended ? kRoomStateRoomDismissed : kRoomStateKickedOut, reason);
+}
+
+void Room::onLost() {
+  drop();
+  const bool was_joined = state_ == State::kIn;
+  state_ = was_in_ ? State::kInterrupted : State::kJoining;
+  join_started_ = std::chrono::steady_clock::now();
+  for (auto& [id, entry] : users_) entry.known_since = join_started_;
+  if (was_joined) reportState(kRoomStateConnectionLost, service_.problem());
+}
+
+// The others.
+
+Room::Entry& Room::entryOf(const std::string& user) {
+  Entry& entry = users_[user];
+  if (entry.user == nullptr) {
+    entry.user = std::make_unique<RemoteUser>(context_, user, subscribe_new_);
+    entry.user->setPaused(paused_);
+    entry.known_since = std::chrono::steady_clock::now();
+  }
+  return entry;
+}
+
+void Room::onMemberJoined(const std::string& member, const std::string& state) {
+  Entry& entry = entryOf(member);
+  entry.user->resume();
+  entry.user->setState(readMemberState(state));
+  refresh(entry);
+}
+
+void Room::onMemberState(const std::string& member, const std::string& state) {
+  const auto found = users_.find(member);
+  if (found == users_.end()) return;
+  found->second.user->setState(readMemberState(state));
+  refresh(found->second);
+}
+
+void Room::onMemberStreams(const std::string& member, const std::vector<FeedStream>& streams) {
+  const auto found = users_.find(member);
+  if (found == users_.end()) return;
+  found->second.user->setStreams(streams);
+  refresh(found->second);
+}
+
+void Room::onMemberLeft(const std::string& member) {
+  const auto found = users_.find(member);
+  if (found == users_.end()) return;
+  remove(member, found->second.user->state().leaving ? kUserLeaveReasonQuit : kUserLeaveReasonDropped);
+}
+
+void Room::refresh(Entry& entry) {
+  RemoteUser& user = *entry.user;
+  user.update(session_.get(), service_.onLoopback());
+  if (!entry.announced) announce(entry);
+  if (!entry.announced || user.state().leaving) return;
+  const int32_t available = user.available();
+  const int32_t begun = available & ~entry.published;
+  const int32_t ended = entry.published & ~available;
+  entry.published = available;
+  if (begun != 0) context_.events->onUserPublishStream(user.uid().c_str(), begun);
+  if (ended != 0) {
+    context_.events->onUserUnpublishStream(user.uid().c_str(), ended, kStreamRemoveReasonUnpublish);
+  }
+}
+
+void Room::announce(Entry& entry) {
+  const RemoteUser& user = *entry.user;
+  const bool due = std::chrono::steady_clock::now() - entry.known_since > kMessagesDue;
+  if (!user.state().visible || user.state().leaving || !(messages_.reaches(user.uid()) || due)) return;
+  entry.announced = true;
+  const UserInfo info = {user.uid().c_str(), user.state().extra_info.c_str()};
+  context_.events->onUserJoined(info, millisecondsSince(joined_at_));
+}
+
+void Room::remove(const std::string& user, UserLeaveReason reason) {
+  const auto found = users_.find(user);
+  const Entry entry = std::move(found->second);
+  users_.erase(found);
+  entry.user->suspend();
+  if (!entry.announced) return;
+  if (entry.published != 0) {
+    context_.events->onUserUnpublishStream(
+        entry.user->uid().c_str(), entry.published,
+        reason == kUserLeaveReasonDropped ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish);
+  }
+  context_.events->onUserLeave(entry.user->uid().c_str(), reason);
+}
+
+void Room::checkLater() {
+  check_ = context_.engine.thread.after(kCheckPause, [this] {
+    const auto now = std::chrono::steady_clock::now();
+    std::vector<std::string> gone;
+    for (auto& [id, entry] : users_) {
+      if (!entry.announced && entry.user->present()) refresh(entry);
+      if (!entry.user->present() && now - entry.known_since > kReturnDue) gone.push_back(id);
+    }
+    for (const std::string& id : gone) remove(id, kUserLeaveReasonDropped);
+    checkLater();
+  });
+}
+
+void Room::onReachableChanged() {
+  for (auto& [id, entry] : users_) {
+    if (!entry.announced) refresh(entry);
+  }
+}
+
+bool Room::isInRoom(const std::string& user) const {
+  return users_.contains(user);
+}
+
+// Streams.
+
+void Room::setPublished(int32_t media) {
+  own_.published = media;
+  local_.setPublished(media);
+  tellState();
+}
+
+void Room::publish(int32_t media) {
+  setPublished(own_.published | media);
+}
+
+void Room::unpublish(int32_t media) {
+  setPublished(own_.published & ~media);
+}
+
+void Room::subscribe(const std::string& user, int32_t media) {
+  const auto found = users_.find(user);
+  if (found == users_.end()) {
+    const SubscribeConfig info = {};
+    return context_.events->onStreamSubscribed(
+        state_ == State::kOut ? kSubscribeStateNotInRoom : kSubscribeStateStreamNotFound, user.c_str(), info);
+  }
+  found->second.user->setWanted(found->second.user->wanted() | media);
+  refresh(found->second);
+}
+
+void Room::unsubscribe(const std::string& user, int32_t media) {
+  const auto found = users_.find(user);
+  if (found == users_.end()) return;
+  found->second.user->setWanted(found->second.user->wanted() & ~media);
+  refresh(found->second);
+}
+
+void Room::subscribeAll(int32_t media) {
+  subscribe_new_ |= media;
+  for (auto& [id, entry] : users_) {
+    entry.user->setWanted(entry.user->wanted() | media);
+    refresh(entry);
+  }
+}
+
+void Room::unsubscribeAll(int32_t media) {
+  subscribe_new_ &= ~media;
+  for (auto& [id, entry] : users_) {
+    entry.user->setWanted(entry.user->wanted() & ~media);
+    refresh(entry);
+  }
+}
+
+void Room::setPaused(int32_t media, bool paused) {
+  paused_ = paused ? paused_ | media : paused_ & ~media;
+  for (auto& [id, entry] : users_) {
+    entry.user->setPaused(paused_);
+    refresh(entry);
+  }
+}
+
+}  // namespace corvane::rtc

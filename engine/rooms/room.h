@@ -1,0 +1,110 @@
+// One room: being in it, who else is, and what is exchanged with them.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "rooms/local_stream.h"
+#include "rooms/member_state.h"
+#include "rooms/remote_user.h"
+#include "rooms/room_context.h"
+#include "rooms/room_messages.h"
+#include "service/signalling.h"
+
+namespace corvane::rtc {
+
+/// What joinRoom() was given.
+struct RoomJoin {
+  std::string token;
+  std::string user_id;
+  std::string extra_info;
+  bool auto_publish = false;
+  int32_t auto_subscribe = 0;                  ///< MediaStreamType
+  std::shared_ptr<std::atomic<bool>> in_room;  ///< true; made false when joining fails, or the stay is ended
+};
+
+/// Engine thread only. Operations that need the room to be joined do nothing otherwise: callers check.
+class Room final : public RoomSession::Listener, public RoomMessages::Listener {
+ public:
+  Room(EngineContext& engine, LocalMedia& media, RemoteSinks& sinks, std::string id, Service& service);
+  ~Room();
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
+
+  void setHandler(IRTCRoomEventHandler* handler);
+  void join(RoomJoin join);
+  /// Reports onLeaveRoom, if the room was joined or was being joined.
+  void leave();
+
+  void publish(int32_t media);
+  void unpublish(int32_t media);
+  void subscribe(const std::string& user, int32_t media);
+  void unsubscribe(const std::string& user, int32_t media);
+  void subscribeAll(int32_t media);
+  void unsubscribeAll(int32_t media);
+  /// Of all subscriptions, also those to come.
+  void setPaused(int32_t media, bool paused);
+  void send(OutgoingMessage message) { messages_.send(std::move(message)); }
+
+  Service& service() { return service_; }
+  void onServiceState(Service::State state, const std::string& problem);
+
+ private:
+  enum class State { kOut, kJoining, kIn, kInterrupted };
+
+  // Another user, and what the application has been told of it.
+  struct Entry {
+    std::unique_ptr<RemoteUser> user;
+    bool announced = false;
+    int32_t published = 0;
+    std::chrono::steady_clock::time_point known_since;
+  };
+
+  void enter();
+  void drop();
+  void end(RoomState state, const std::string& reason);
+  void reportState(RoomState state, const std::string& reason);
+  void tellState();
+  void setPublished(int32_t media);
+  Entry& entryOf(const std::string& user);
+  void refresh(Entry& entry);
+  void announce(Entry& entry);
+  void remove(const std::string& user, UserLeaveReason reason);
+  void checkLater();
+
+  void onJoined() override;
+  void onJoinFailed(JoinFault fault, const std::string& reason) override;
+  void onMemberJoined(const std::string& member, const std::string& state) override;
+  void onMemberState(const std::string& member, const std::string& state) override;
+  void onMemberStreams(const std::string& member, const std::vector<FeedStream>& streams) override;
+  void onMemberLeft(const std::string& member) override;
+  void onRemoved(bool room_ended, const std::string& reason) override;
+  void onLost() override;
+  void onReachableChanged() override;
+  bool isInRoom(const std::string& user) const override;
+
+  RoomContext context_;
+  Service& service_;
+  State state_ = State::kOut;
+  RoomJoin join_;
+  bool was_in_ = false;  // since join()
+  MemberState own_;
+  std::string told_;  // own_ as the others know it
+  std::chrono::steady_clock::time_point join_started_;
+  std::chrono::steady_clock::time_point joined_at_;
+  int32_t paused_ = 0;
+  int32_t subscribe_new_ = 0;  // MediaStreamType wanted of users to come
+  AttachedSource retry_;
+  AttachedSource check_;
+  std::unique_ptr<RoomSession> session_;
+  LocalStream local_;
+  RoomMessages messages_;
+  std::map<std::string, Entry> users_;
+};
+
+}  // namespace corvane::rtc

@@ -1,0 +1,162 @@
+#include "rooms/room_messages.h"
+
+#include <glib.h>
+
+#include <utility>
+#include <vector>
+
+#include "core/json.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+// From sending to giving up; a user who has just joined needs a moment to be reachable.
+constexpr std::chrono::seconds kTimeout(8);
+constexpr std::chrono::milliseconds kExpiryCheck(500);
+constexpr std::chrono::milliseconds kRetryPause(1000);
+
+std::string encodeBody(const OutgoingMessage& message) {
+  if (!message.is_binary) return jsonText({{"text", message.body}});
+  const auto* bytes = reinterpret_cast<const guchar*>(message.body.data());
+  return jsonText({{"bytes", takeText(g_base64_encode(bytes, message.body.size()))}});
+}
+
+}  // namespace
+
+RoomMessages::RoomMessages(RoomContext& room, Listener& listener) : room_(room), listener_(listener) {}
+
+RoomMessages::~RoomMessages() {
+  close();
+}
+
+void RoomMessages::send(OutgoingMessage message) {
+  unsent_.push_back({std::move(message), Clock::now() + kTimeout});
+  sendWhatCanBe();
+  if (expiry_ == nullptr) expire();
+}
+
+void RoomMessages::setSession(RoomSession* session, bool loopback_only) {
+  close();
+  session_ = session;
+  loopback_only_ = loopback_only;
+  if (session_ != nullptr) open();
+}
+
+void RoomMessages::open() {
+  connection_ = std::make_unique<DataConnection>(room_.engine, loopback_only_, *this);
+  link_ = session_->openMessages(*this);
+  connection_->start(*link_);
+}
+
+void RoomMessages::close() {
+  retry_.reset();
+  open_ = false;
+  link_.reset();
+  connection_.reset();
+  reachable_.clear();
+  // Nobody will tell any more whether these arrived.
+  for (auto& [id, waiting] : std::exchange(sent_, {})) report(waiting.message, kMessageSendResultNetworkDisconnected);
+}
+
+void RoomMessages::giveUp(MessageSendResult result) {
+  for (Waiting& waiting : std::exchange(unsent_, {})) report(waiting.message, result);
+}
+
+void RoomMessages::sendWhatCanBe() {
+  if (!open_) return;
+  std::deque<Waiting> kept;
+  for (Waiting& waiting : std::exchange(unsent_, {})) {
+    const OutgoingMessage& message = waiting.message;
+    if (message.to.empty() || reachable_.contains(message.to) || message.to == room_.user_id) {
+      link_->send(message.id, message.to, encodeBody(message));
+      sent_[message.id] = std::move(waiting);
+    } else if (listener_.isInRoom(message.to)) {
+      kept.push_back(std::move(waiting));
+    } else {
+      report(message, kMessageSendResultNoReceiver);
+    }
+  }
+  unsent_ = std::move(kept);
+}
+
+void RoomMessages::expire() {
+  expiry_.reset();
+  sendWhatCanBe();  // users who wait to be reached may have left
+  const Clock::time_point now = Clock::now();
+  while (!unsent_.empty() && unsent_.front().deadline < now) {
+    const Waiting waiting = std::move(unsent_.front());
+    unsent_.pop_front();
+    report(waiting.message, kMessageSendResultTimeout);
+  }
+  while (!sent_.empty() && sent_.begin()->second.deadline < now) {
+    const Waiting waiting = std::move(sent_.begin()->second);
+    sent_.erase(sent_.begin());
+    report(waiting.message, kMessageSendResultTimeout);
+  }
+  if (unsent_.empty() && sent_.empty()) return;
+  expiry_ = room_.engine.thread.after(kExpiryCheck, [this] { expire(); });
+}
+
+void RoomMessages::report(const OutgoingMessage& message, MessageSendResult result) {
+  if (message.to.empty()) {
+    room_.events->onRoomMessageSendResult(message.id, result);
+  } else {
+    room_.events->onUserMessageSendResult(message.id, result);
+  }
+}
+
+void RoomMessages::onPeerFailed(const std::string& reason) {
+  room_.engine.log.warning("room %s: messages: %s", room_.room_id.c_str(), reason.c_str());
+  close();
+  retry_ = room_.engine.thread.after(kRetryPause, [this] {
+    if (session_ != nullptr) open();
+  });
+}
+
+void RoomMessages::onMessagesOpen() {
+  open_ = true;
+  sendWhatCanBe();
+  listener_.onReachableChanged();
+}
+
+void RoomMessages::onReachable(const std::string& member, bool reachable) {
+  if (reachable) {
+    reachable_.insert(member);
+  } else {
+    reachable_.erase(member);
+  }
+  if (!open_) return;  // the list of those that were there before is not whole yet
+  sendWhatCanBe();
+  listener_.onReachableChanged();
+}
+
+void RoomMessages::onMessage(const std::string& from, const std::string& text, bool private_message) {
+  if (from == room_.user_id && !private_message) return;  // the room's echo
+  const Json message = parseJson(text);
+  const char* user = from.c_str();
+  if (const auto* body = memberOf(message, "text").get_ptr<const std::string*>()) {
+    if (private_message) return room_.events->onUserMessageReceived(user, body->c_str());
+    return room_.events->onRoomMessageReceived(user, body->c_str());
+  }
+  if (const auto* encoded = memberOf(message, "bytes").get_ptr<const std::string*>()) {
+    gsize size = 0;
+    const GstPtr<gchar> bytes(reinterpret_cast<gchar*>(g_base64_decode(encoded->c_str(), &size)));
+    const auto* data = reinterpret_cast<const uint8_t*>(bytes.get());
+    if (private_message) return room_.events->onUserBinaryMessageReceived(user, data, static_cast<int32_t>(size));
+    room_.events->onRoomBinaryMessageReceived(user, data, static_cast<int32_t>(size));
+  }
+}
+
+void RoomMessages::onDelivery(int64_t id, MessageLink::Delivery delivery) {
+  const auto found = sent_.find(id);
+  if (found == sent_.end()) return;
+  const Waiting waiting = std::move(found->second);
+  sent_.erase(found);
+  MessageSendResult result = kMessageSendResultSuccess;
+  if (delivery == MessageLink::Delivery::kNoReceiver) result = kMessageSendResultNoReceiver;
+  if (delivery == MessageLink::Delivery::kRefused) result = kMessageSendResultRefused;
+  report(waiting.message, result);
+}
+
+}  // namespace corvane::rtc

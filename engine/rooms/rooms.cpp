@@ -1,0 +1,96 @@
+#include "rooms/rooms.h"
+
+#include <atomic>
+#include <utility>
+
+#include "core/gst_pointers.h"
+#include "service/janus_connection.h"
+#include "service/local_service.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+// The same for every engine, whatever machine it is on.
+uint64_t stableHash(const std::string& text) {
+  uint64_t hash = 14695981039346656037ULL;
+  for (const char character : text) {
+    hash ^= static_cast<unsigned char>(character);
+    hash *= 1099511628211ULL;
+  }
+  return hash;
+}
+
+}  // namespace
+
+Rooms::Rooms(EngineContext& context, PictureTaps& camera, RemoteSinks& sinks, std::vector<std::string> services)
+    : context_(context), sinks_(sinks), media_(context, camera), addresses_(std::move(services)) {}
+
+// The first key of a process takes up to half a second to make, and every connection uses it: made ahead, it is not
+// waited for.
+void Rooms::makeKeyAhead() {
+  static std::atomic<bool> made = false;
+  if (made.exchange(true)) return;
+  key_maker_ = std::thread([] {
+    nameThread("key");
+    const GstPtr<GstElement> element(gst_element_factory_make("dtlsdec", nullptr));
+  });
+}
+
+Rooms::~Rooms() {
+  if (key_maker_.joinable()) key_maker_.join();
+  rooms_.clear();
+  services_.clear();
+}
+
+void Rooms::create(const std::string& id) {
+  makeKeyAhead();
+  rooms_[id] = std::make_shared<Room>(context_, media_, sinks_, id, serviceOf(id));
+  context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
+}
+
+std::shared_ptr<Room> Rooms::find(const std::string& id) const {
+  const auto found = rooms_.find(id);
+  return found != rooms_.end() ? found->second : nullptr;
+}
+
+void Rooms::destroy(const std::string& id) {
+  rooms_.erase(id);
+}
+
+Service& Rooms::serviceOf(const std::string& room_id) {
+  const std::string address = addresses_.empty() ? "" : addresses_[stableHash(room_id) % addresses_.size()];
+  std::unique_ptr<Service>& service = services_[address];
+  if (service == nullptr) {
+    std::unique_ptr<AddressSource> source;
+    if (address.empty()) {
+      source = std::make_unique<LocalService>(context_.log);
+    } else {
+      source = std::make_unique<NamedService>(address);
+    }
+    service = std::make_unique<JanusConnection>(context_, std::move(source), *this);
+    context_.events->onConnectionStateChanged(kConnectionStateConnecting);
+  }
+  return *service;
+}
+
+void Rooms::onServiceState(Service& service, Service::State state, const std::string& problem) {
+  for (const auto& [address, candidate] : services_) {
+    if (candidate.get() != &service) continue;
+    ConnectionState reported = kConnectionStateConnecting;
+    if (state == Service::State::kUp) {
+      reported = std::exchange(was_up_[address], true) ? kConnectionStateReconnected : kConnectionStateConnected;
+    } else if (state == Service::State::kDown) {
+      reported = kConnectionStateReconnecting;
+    } else if (state == Service::State::kUnreachable) {
+      reported = kConnectionStateLost;
+    }
+    context_.events->onConnectionStateChanged(reported);
+  }
+  const auto rooms = rooms_;
+  for (const auto& [id, room] : rooms) {
+    if (&room->service() == &service) room->onServiceState(state, problem);
+  }
+}
+
+}  // namespace corvane::rtc

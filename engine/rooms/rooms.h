@@ -1,0 +1,48 @@
+// All rooms of one engine, and the services they are held on.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "core/engine_context.h"
+#include "media/local_media.h"
+#include "media/remote_sinks.h"
+#include "rooms/room.h"
+#include "service/signalling.h"
+
+namespace corvane::rtc {
+
+/// Engine thread only.
+class Rooms final : public Service::Listener {
+ public:
+  /// services: addresses; none stands for the private service of this machine.
+  Rooms(EngineContext& context, PictureTaps& camera, RemoteSinks& sinks, std::vector<std::string> services);
+  ~Rooms();
+  Rooms(const Rooms&) = delete;
+  Rooms& operator=(const Rooms&) = delete;
+
+  /// Connects to the room's service: joining need not wait for that.
+  void create(const std::string& id);
+  /// Null when there is none.
+  std::shared_ptr<Room> find(const std::string& id) const;
+  void destroy(const std::string& id);
+
+ private:
+  void makeKeyAhead();
+  Service& serviceOf(const std::string& room_id);
+  void onServiceState(Service& service, Service::State state, const std::string& problem) override;
+
+  EngineContext& context_;
+  RemoteSinks& sinks_;
+  LocalMedia media_;
+  const std::vector<std::string> addresses_;
+  std::thread key_maker_;
+  std::map<std::string, std::unique_ptr<Service>> services_;  // by address
+  std::map<std::string, bool> was_up_;                        // likewise
+  std::map<std::string, std::shared_ptr<Room>> rooms_;
+};
+
+}  // namespace corvane::rtc

@@ -1,0 +1,15 @@
+// Session descriptions as text: what of them has to be changed on their way between GStreamer and a service.
+#pragma once
+
+#include <string>
+
+namespace corvane::rtc {
+
+/// Takes out the offer to be asked for key frames by "full intra request": those that GStreamer sends name no source
+/// and reach nobody, and without the offer it sends picture loss indications, which do.
+std::string withoutFullIntraRequests(const std::string& sdp);
+
+/// Lets the other side open the encrypted connection: one that this side opens is, now and then, a second late.
+std::string answeringPassively(const std::string& sdp);
+
+}  // namespace corvane::rtc

@@ -1,0 +1,77 @@
+// The session with a Janus server over one WebSocket: requests and their answers, events for handles, and making all of
+// it anew when it is lost.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "core/engine_context.h"
+#include "core/json.h"
+#include "service/address.h"
+#include "service/signalling.h"
+#include "service/web_socket.h"
+
+namespace corvane::rtc {
+
+class JanusHandle;
+
+class JanusConnection final : public Service, public WebSocket::Listener {
+ public:
+  /// The whole message that answers a request. One that is never answered is forgotten with the connection.
+  using Answer = std::function<void(const Json& message)>;
+
+  JanusConnection(EngineContext& context, std::unique_ptr<AddressSource> address, Service::Listener& listener);
+  /// All room sessions have gone before.
+  ~JanusConnection() override;
+
+  State state() const override { return state_; }
+  const std::string& problem() const override { return problem_; }
+  bool onLoopback() const override { return address_.on_loopback; }
+  std::unique_ptr<RoomSession> join(const JoinRequest& request, RoomSession::Listener& listener) override;
+
+  EngineContext& context() { return context_; }
+
+  // Of handles.
+
+  /// Sends a request of the session's, of one handle's when `handle` is not 0.
+  void request(const char* kind, int64_t handle, Json message, Answer answer = nullptr);
+  void add(int64_t id, JanusHandle& handle) { handles_[id] = &handle; }
+  void remove(int64_t id) { handles_.erase(id); }
+  /// Sends a last message over the handle, whose listener is told no more, and detaches it when that was answered:
+  /// a server forgets what it has not worked off when it is told to detach.
+  void retire(std::unique_ptr<JanusHandle> handle, Json last);
+
+ private:
+  void connect();
+  void retry(const std::string& reason);
+  void lose(const std::string& reason);
+  void setState(State state, const std::string& problem);
+  void keepAlive();
+
+  void onOpen() override;
+  void onText(std::string_view text) override;
+  void onClosed(const std::string& reason) override;
+  void onSession(const Json& message);
+
+  EngineContext& context_;
+  const std::unique_ptr<AddressSource> source_;
+  Service::Listener* listener_;  // null while this ends
+  State state_ = State::kConnecting;
+  std::string problem_;
+  ServiceAddress address_;
+  std::unique_ptr<WebSocket> socket_;
+  int64_t session_ = 0;
+  int64_t last_transaction_ = 0;
+  std::map<int64_t, Answer> answers_;        // by transaction
+  std::map<int64_t, JanusHandle*> handles_;  // by id
+  std::map<JanusHandle*, std::unique_ptr<JanusHandle>> retired_;
+  bool heard_ = false;  // anything since the last sign of life was asked for
+  std::chrono::milliseconds pause_{0};
+  std::chrono::steady_clock::time_point trying_since_;
+  AttachedSource timer_;
+};
+
+}  // namespace corvane::rtc

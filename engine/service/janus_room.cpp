@@ -1,0 +1,194 @@
+#include "service/janus_room.h"
+
+#include <utility>
+
+#include "service/janus_feed.h"
+#include "service/janus_messages.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+constexpr char kPlugin[] = "janus.plugin.videoroom";
+constexpr int64_t kNoSuchRoom = 426;
+constexpr int64_t kRoomExists = 427;
+constexpr int64_t kUnauthorized = 433;
+constexpr int64_t kIdExists = 436;
+// Of one room; the server's own limit is its machine.
+constexpr int kMaxPublishers = 1000;
+
+}  // namespace
+
+// The publisher's peer connection belongs to the handle that has joined.
+class JanusRoom::Publisher final : public PeerLink {
+ public:
+  Publisher(JanusRoom& room, PeerLink::Listener& listener) : listener_(listener), room_(room) {}
+  ~Publisher() override {
+    room_.publisher_ = nullptr;
+    if (!room_.over_) room_.handle_->send({{"request", "unpublish"}});
+  }
+
+  void sendDescription(const std::string& sdp) override {
+    room_.handle_->send({{"request", "publish"}}, "offer", sdp,
+                        [this, alive = std::weak_ptr<void>(alive_)](const Json& data, const std::string& answer) {
+                          if (alive.expired()) return;
+                          if (answer.empty()) return listener_.onLinkFailed(textOf(data, "error"));
+                          listener_.onRemoteDescription(answer);
+                        });
+  }
+  void sendCandidate(unsigned line, const std::string& candidate) override {
+    room_.handle_->sendCandidate(line, candidate);
+  }
+
+  PeerLink::Listener& listener_;
+
+ private:
+  JanusRoom& room_;
+  const std::shared_ptr<void> alive_ = std::make_shared<char>();
+};
+
+JanusRoom::JanusRoom(JanusConnection& connection, const JoinRequest& request, RoomSession::Listener& listener)
+    : connection_(connection),
+      request_(request),
+      listener_(listener),
+      handle_(std::make_unique<JanusHandle>(connection, kPlugin, *this)) {
+  join();
+}
+
+JanusRoom::~JanusRoom() {
+  if (joined_ && !over_) connection_.retire(std::move(handle_), {{"request", "leave"}});
+}
+
+void JanusRoom::join() {
+  Json body = {{"request", "join"},
+               {"ptype", "publisher"},
+               {"room", request_.room_id},
+               {"id", request_.member_id},
+               {"display", request_.state}};
+  if (!request_.token.empty()) {
+    // A room that was set up on the server has a list of tokens, a common word, or neither.
+    body["token"] = request_.token;
+    body["pin"] = request_.token;
+  }
+  handle_->send(std::move(body), [this](const Json& data, const std::string&) {
+    if (textOf(data, "videoroom") == "joined") return onJoined(data);
+    if (errorCodeOf(data) == kNoSuchRoom) return createRoom();
+    fail(data);
+  });
+}
+
+void JanusRoom::createRoom() {
+  const Json body = {{"request", "create"},    {"room", request_.room_id},     {"publishers", kMaxPublishers},
+                     {"notify_joining", true}, {"videocodec", "h264,vp8"},     {"audiocodec", "opus"},
+                     {"is_private", true},     {"transport_wide_cc_ext", true}};
+  handle_->send(body, [this](const Json& data, const std::string&) {
+    // Someone else may have been faster.
+    const int64_t error = errorCodeOf(data);
+    if (error != 0 && error != kRoomExists) return fail(data);
+    join();
+  });
+}
+
+void JanusRoom::fail(const Json& data) {
+  over_ = true;
+  const int64_t code = errorCodeOf(data);
+  JoinFault fault = JoinFault::kOther;
+  if (code == kUnauthorized) fault = JoinFault::kToken;
+  if (code == kIdExists) fault = JoinFault::kDuplicateId;
+  std::string reason = textOf(data, "error");
+  if (reason.empty()) reason = "the service gave an answer that makes no sense";
+  listener_.onJoinFailed(fault, reason);
+}
+
+void JanusRoom::onJoined(const Json& data) {
+  joined_ = true;
+  const std::weak_ptr<void> alive = handle_->alive();
+  listener_.onJoined();
+  for (const char* list : {"attendees", "publishers"}) {
+    for (const Json& member : memberOf(data, list)) {
+      if (alive.expired()) return;
+      listener_.onMemberJoined(textOf(member, "id"), textOf(member, "display"));
+    }
+  }
+  if (!alive.expired()) onPublishers(memberOf(data, "publishers"));
+}
+
+void JanusRoom::onPublishers(const Json& publishers) {
+  const std::weak_ptr<void> alive = handle_->alive();
+  for (const Json& publisher : publishers) {
+    if (alive.expired()) return;
+    std::vector<FeedStream> streams;
+    for (const Json& stream : memberOf(publisher, "streams")) {
+      const std::string type = textOf(stream, "type");
+      if ((type != "audio" && type != "video") || flagOf(stream, "disabled", false)) continue;
+      streams.push_back({textOf(stream, "mid"), type == "video", textOf(stream, "codec")});
+    }
+    listener_.onMemberStreams(textOf(publisher, "id"), streams);
+  }
+}
+
+void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
+  if (!joined_ || over_) return;
+  if (textOf(data, "videoroom") == "destroyed") {
+    over_ = true;
+    return listener_.onRemoved(/*room_ended=*/true, "the room was ended on the service");
+  }
+  if (const Json& joining = memberOf(data, "joining"); joining.is_object()) {
+    return listener_.onMemberJoined(textOf(joining, "id"), textOf(joining, "display"));
+  }
+  if (const Json& publishers = memberOf(data, "publishers"); publishers.is_array()) return onPublishers(publishers);
+  if (memberOf(data, "display").is_string()) {
+    return listener_.onMemberState(textOf(data, "id"), textOf(data, "display"));
+  }
+  if (const std::string id = textOf(data, "unpublished"); !id.empty()) {
+    if (id != "ok") listener_.onMemberStreams(id, {});
+    return;
+  }
+  if (const std::string id = textOf(data, "kicked"); !id.empty()) {
+    if (id != request_.member_id) return listener_.onMemberLeft(id);
+    over_ = true;
+    return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
+  }
+  if (const std::string id = textOf(data, "leaving"); !id.empty()) {
+    if (textOf(data, "reason") == "kicked") {
+      over_ = true;
+      return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
+    }
+    listener_.onMemberLeft(id);
+  }
+}
+
+void JanusRoom::onHandleCandidate(unsigned line, const std::string& candidate) {
+  if (publisher_ != nullptr) publisher_->listener_.onRemoteCandidate(line, candidate);
+}
+
+void JanusRoom::onHandleHungUp(const std::string& reason) {
+  if (!joined_ && !over_) return fail({{"error", reason}});
+  if (publisher_ != nullptr) publisher_->listener_.onLinkFailed(reason);
+}
+
+void JanusRoom::onHandleLost() {
+  over_ = true;
+  listener_.onLost();
+}
+
+void JanusRoom::setState(const std::string& state) {
+  handle_->send({{"request", "configure"}, {"display", state}});
+}
+
+std::unique_ptr<PeerLink> JanusRoom::openPublisher(PeerLink::Listener& listener) {
+  auto publisher = std::make_unique<Publisher>(*this, listener);
+  publisher_ = publisher.get();
+  return publisher;
+}
+
+std::unique_ptr<FeedLink> JanusRoom::openFeed(const std::string& member, const std::vector<FeedStream>& streams,
+                                              PeerLink::Listener& listener) {
+  return std::make_unique<JanusFeed>(connection_, request_, member, streams, listener);
+}
+
+std::unique_ptr<MessageLink> JanusRoom::openMessages(MessageLink::Listener& listener) {
+  return std::make_unique<JanusMessages>(connection_, request_, listener);
+}
+
+}  // namespace corvane::rtc

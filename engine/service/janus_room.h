@@ -1,0 +1,48 @@
+// A stay in a room of Janus's plug-in VideoRoom, and the peer connections that belong to it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "service/janus_connection.h"
+#include "service/janus_handle.h"
+#include "service/signalling.h"
+
+namespace corvane::rtc {
+
+/// Members stand under their ids in the service's list of participants; their states are their display names there.
+class JanusRoom final : public RoomSession, public JanusHandle::Listener {
+ public:
+  JanusRoom(JanusConnection& connection, const JoinRequest& request, RoomSession::Listener& listener);
+  ~JanusRoom() override;
+
+  void setState(const std::string& state) override;
+  std::unique_ptr<PeerLink> openPublisher(PeerLink::Listener& listener) override;
+  std::unique_ptr<FeedLink> openFeed(const std::string& member, const std::vector<FeedStream>& streams,
+                                     PeerLink::Listener& listener) override;
+  std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) override;
+
+ private:
+  class Publisher;
+
+  void createRoom();
+  void join();
+  void onJoined(const Json& data);
+  void onPublishers(const Json& publishers);
+  void fail(const Json& data);
+
+  void onHandleEvent(const Json& data, const std::string& sdp) override;
+  void onHandleCandidate(unsigned line, const std::string& candidate) override;
+  void onHandleHungUp(const std::string& reason) override;
+  void onHandleLost() override;
+
+  JanusConnection& connection_;
+  const JoinRequest request_;
+  RoomSession::Listener& listener_;
+  bool joined_ = false;
+  bool over_ = false;
+  Publisher* publisher_ = nullptr;  // of those that openPublisher() made, the one that lives
+  std::unique_ptr<JanusHandle> handle_;
+};
+
+}  // namespace corvane::rtc

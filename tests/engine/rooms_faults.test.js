@@ -1,0 +1,129 @@
+'use strict';
+// Rooms when things go wrong: calls in the wrong order, wrong tokens, a service that is lost or was never there.
+
+const assert = require('node:assert');
+const { execFileSync } = require('node:child_process');
+const fs = require('node:fs');
+const os = require('node:os');
+const path = require('node:path');
+const { test, after } = require('node:test');
+
+const { Participant, makeWorkplace } = require('./support/participant.js');
+
+const workplace = makeWorkplace();
+const participants = [];
+const participant = (name, parameters, env) => {
+  participants.push(new Participant(name, workplace, parameters, env));
+  return participants.at(-1);
+};
+after(async () => {
+  await Promise.all(participants.map((each) => each.end()));
+  fs.rmSync(workplace, { recursive: true, force: true });
+});
+
+/** The private service's process: it was started with a folder of the workplace. */
+function servicePid() {
+  const found = fs.readdirSync('/proc').filter((pid) => {
+    if (!/^\d+$/.test(pid)) return false;
+    try {
+      return fs.readFileSync(`/proc/${pid}/cmdline`, 'utf8').startsWith(`janus\0-F\0${workplace}/`);
+    } catch {
+      return false; // ended meanwhile
+    }
+  });
+  assert.ok(found.length <= 1, `${found.length} services`);
+  return found.length === 1 ? Number(found[0]) : undefined;
+}
+
+async function until(what, condition) {
+  for (const end = Date.now() + 10_000; Date.now() < end; ) {
+    if (condition()) return;
+    await new Promise((resolve) => setTimeout(resolve, 20));
+  }
+  assert.fail(`in vain: ${what}`);
+}
+
+test('calls in the wrong order and wrong arguments are refused', async () => {
+  const user = participant('user');
+  assert.strictEqual(await user.call('actions', 'room', ''), false);
+  assert.strictEqual(await user.call('actions', 'room', 'x'.repeat(129)), false);
+  assert.strictEqual(await user.call('actions', 'room', 'order'), true);
+  const refusedOutside = [
+    ['publishStream', 3], ['unpublishStream', 3], ['subscribeStream', 'other', 3], ['subscribeAllStreams', 1],
+    ['pauseAllSubscribedStream', 1], ['sendRoomMessage', 'too early'], ['leaveRoom'],
+  ];
+  for (const [method, ...args] of refusedOutside) assert.strictEqual(await user.call('order', method, ...args), -3, method);
+  for (const uid of ['', 'ü'.repeat(65)]) assert.deepStrictEqual(await user.join('order', { uid }), { result: -2 });
+  assert.strictEqual((await user.join('order', { uid: 'ü'.repeat(64) })).state, 0);
+  assert.deepStrictEqual(await user.join('order'), { result: -3 });
+  assert.strictEqual(await user.call('order', 'publishStream', 4), -2);
+  assert.strictEqual(await user.call('order', 'subscribeStream', '', 1), -2);
+  assert.strictEqual(await user.call('order', 'sendRoomMessage', 'x'.repeat(64 * 1024 + 1)), -2);
+  assert.strictEqual(await user.call('order', 'subscribeStream', 'nobody', 1), 0);
+  assert.strictEqual((await user.waitFor('onStreamSubscribed')).state_code, 2);
+  // Joining again after leaving, and a room of the same id after destroying the first.
+  assert.strictEqual(await user.call('order', 'leaveRoom'), 0);
+  assert.strictEqual((await user.join('order')).state, 0);
+  assert.strictEqual(await user.call('actions', 'forgetRoom', 'order'), 0);
+  assert.strictEqual((await user.join('order')).state, 0);
+});
+
+test('the service comes back with its rooms, pictures and messages when it was killed', async () => {
+  const sender = participant('sender');
+  const receiver = participant('receiver');
+  await receiver.join('phoenix');
+  await sender.capture('test:white?width=320&height=240');
+  await sender.join('phoenix');
+  await sender.call('phoenix', 'publishStream', 2);
+  assert.strictEqual((await receiver.frames('phoenix', 'sender')).frames, 10);
+
+  const from = receiver.events.length;
+  process.kill(servicePid(), 'SIGKILL');
+  await receiver.waitFor('onRoomStateChanged', ({ state }) => state === -7, from);
+  const back = await receiver.waitFor('onRoomStateChanged', ({ state }) => state === 0, from);
+  assert.strictEqual(JSON.parse(back.extra_info).join_type, 1);
+  assert.strictEqual((await receiver.frames('phoenix', 'sender')).frames, 10);
+  await sender.call('phoenix', 'sendUserMessage', 'receiver', 'still there', 0);
+  assert.strictEqual((await receiver.waitFor('onUserMessageReceived')).message, 'still there');
+  const since = receiver.events.slice(from).map((event) => event.Type);
+  assert.ok(!since.includes('onUserLeave') && !since.includes('onUserJoined'), 'who comes back has not left');
+});
+
+test('the service outlives who started it, and ends with the last', async () => {
+  await Promise.all(participants.map((each) => each.end()));
+  await until('the service ends with its last user', () => servicePid() === undefined);
+  const starter = participant('starter');
+  await starter.join('relay');
+  const pid = servicePid();
+  const heir = participant('heir');
+  await heir.join('relay');
+  await heir.waitFor('onUserJoined');
+  await starter.kill();
+  assert.strictEqual((await heir.waitFor('onUserLeave')).uid, 'starter');
+  await heir.call('relay', 'sendRoomMessage', 'alone');
+  assert.strictEqual((await heir.waitFor('onRoomMessageSendResult')).error, 0);
+  assert.strictEqual(servicePid(), pid);
+  const secret = path.join(workplace, 'corvane-rtc/service.json');
+  assert.strictEqual(fs.statSync(secret).mode & 0o777, 0o600);
+  const { port } = JSON.parse(fs.readFileSync(secret));
+  const listening = execFileSync('cat', ['/proc/net/tcp', '/proc/net/tcp6']).toString().split('\n')
+    .filter((line) => line.includes(`:${port.toString(16).toUpperCase().padStart(4, '0')} `) && / 0A /.test(line));
+  assert.deepStrictEqual(listening.map((line) => line.trim().split(/\s+/)[1].split(':')[0]), ['0100007F']);
+  await heir.kill();
+  await until('the service ends when its last user was killed', () => servicePid() === undefined);
+});
+
+test('what is missing is said', async () => {
+  const empty = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-empty-'));
+  const bare = participant('bare', {}, { PATH: empty });
+  const missing = await bare.join('missing');
+  assert.strictEqual(missing.state, -1);
+  assert.match(JSON.parse(missing.extra_info).reason, /janus.*not installed: install the package "janus"/);
+  fs.rmSync(empty, { recursive: true });
+
+  const astray = participant('astray', { service: 'ws://127.0.0.1:1' });
+  const unreachable = await astray.join('nowhere');
+  assert.strictEqual(unreachable.state, -1);
+  assert.match(JSON.parse(unreachable.extra_info).reason, /refused/);
+  assert.strictEqual(await astray.call('nowhere', 'sendRoomMessage', 'x'), -3);
+});

@@ -1,0 +1,209 @@
+'use strict';
+// A process that takes part in rooms: it does what its parent says, tells every event, and looks at the frames it gets.
+// Parent's side: `Participant` below. Child's side: the bottom of this file.
+
+const { fork } = require('node:child_process');
+const fs = require('node:fs');
+const os = require('node:os');
+const path = require('node:path');
+
+const kTimeoutMs = 15_000;
+const kRoom = {
+  room_profile_type: 0,
+  is_auto_publish: false,
+  remote_video_config: { framerate: 0, resolution_width: 0, resolution_height: 0 },
+};
+
+/** A folder for the private service and the engines' logs of one test file. */
+function makeWorkplace() {
+  return fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-rooms-'));
+}
+
+class Participant {
+  events = [];
+  #child;
+  #waiting = new Set();
+  #answers = new Map();
+  #lastCall = 0;
+  #ended;
+
+  /** `workplace`: participants of one workplace share a private service. `parameters`: those of createRTCVideo(). */
+  constructor(name, workplace, parameters = {}, environment = {}) {
+    this.name = name;
+    const env = { ...process.env, XDG_RUNTIME_DIR: workplace, ...environment };
+    this.#child = fork(__filename, [name, workplace, JSON.stringify(parameters)], { env });
+    this.#ended = new Promise((resolve) => this.#child.once('exit', (code, signal) => resolve(signal ?? code)));
+    this.#child.on('message', (message) => this.#onMessage(message));
+  }
+
+  #onMessage({ call, result, event }) {
+    if (event === undefined) {
+      this.#answers.get(call)(result);
+      this.#answers.delete(call);
+      return;
+    }
+    this.events.push(event);
+    for (const look of this.#waiting) look();
+  }
+
+  /** The result of a method of the engine ("video"), of a room by its id, or of the functions in `actions`. */
+  call(target, method, ...args) {
+    const call = ++this.#lastCall;
+    this.#child.send({ call, target, method, args });
+    return new Promise((resolve) => this.#answers.set(call, resolve));
+  }
+
+  /** Payloads of events of a type that fit, in the order in which they came. */
+  of(type, fits = () => true) {
+    return this.events.filter((event) => event.Type === type && fits(event.Object)).map((event) => event.Object);
+  }
+
+  /** The first payload of a type that fits, however long ago it came, or since `events` had the length `from`. */
+  waitFor(type, fits = () => true, from = 0) {
+    return new Promise((resolve, reject) => {
+      const look = () => {
+        const found = this.events.slice(from).find((event) => event.Type === type && fits(event.Object))?.Object;
+        if (found === undefined) return;
+        this.#waiting.delete(look);
+        clearTimeout(timer);
+        resolve(found);
+      };
+      const timer = setTimeout(() => {
+        this.#waiting.delete(look);
+        const seen = this.events.map((event) => event.Type).join(' ');
+        reject(new Error(`${this.name} has waited in vain for ${type} (${fits}); there came: ${seen}`));
+      }, kTimeoutMs);
+      this.#waiting.add(look);
+      look();
+    });
+  }
+
+  /** Makes the room if need be, joins it and waits until that is done. */
+  async join(room, { token = '', subscribe = true, uid = this.name, extra_info = `extra of ${this.name}` } = {}) {
+    await this.call('actions', 'room', room);
+    const from = this.events.length;
+    const result = await this.call(room, 'joinRoom', token, { uid, extra_info }, {
+      ...kRoom, is_auto_subscribe_audio: subscribe, is_auto_subscribe_video: subscribe,
+    });
+    if (result !== 0) return { result };
+    return this.waitFor('onRoomStateChanged', ({ room_id }) => room_id === room, from);
+  }
+
+  /** Shows a camera to the rooms that video is published in. */
+  async capture(camera) {
+    await this.call('video', 'setVideoCaptureDevice', camera);
+    await this.call('video', 'startVideoCapture');
+  }
+
+  /** Waits for frames of a user's, beyond those that have come; then { frames, width, height, luma, chroma }. */
+  async frames(room, user, count = 10) {
+    const key = { room_id: room, user_id: user, stream_index: 0 };
+    await this.call('video', 'setRemoteVideoSink', key, 1);
+    return this.call('actions', 'awaitFrames', user, count, kTimeoutMs);
+  }
+
+  /** Ends it as a person would. */
+  async end() {
+    if (this.#child.exitCode === null && this.#child.signalCode === null) this.#child.send({ end: true });
+    return this.#ended;
+  }
+
+  /** Ends it as a power cut would. */
+  async kill() {
+    this.#child.kill('SIGKILL');
+    return this.#ended;
+  }
+}
+
+module.exports = { Participant, makeWorkplace };
+
+if (require.main === module) runChild();
+
+function runChild() {
+  const sdk = require('../../..');
+  const [name, workplace, parameters] = process.argv.slice(2);
+  sdk.setLogConfig({ log_path: workplace, log_level: 0, log_file_size: 10, log_filename_prefix: name });
+  const video = new sdk.xoRTCVideo();
+  const rooms = new Map();
+  const seen = new Map(); // by user: { frames, width, height, buffer, looks }
+
+  const tell = (event) => process.connected && process.send({ event });
+
+  function onMessage(message) {
+    if (message.type === 'GroupVideoFrame') {
+      for (const { Type, Object: frame } of message.group) if (Type === 'onRemoteVideoFrame') onFrame(frame);
+      return;
+    }
+    if (message.Type === 'onRemoteVideoSizeChanged') onSize(message.Object);
+    tell(message);
+  }
+
+  function onSize({ key, info: { width, height } }) {
+    const user = seen.get(key.user_id) ?? { frames: 0, looks: new Set() };
+    user.buffer = Buffer.alloc(width * height * 2);
+    seen.set(key.user_id, user);
+    video.setRemoteVideoBuffer({ user_id: key.user_id, stream_type: 'onRemoteVideoFrame', width, height, plane_y: user.buffer });
+  }
+
+  function onFrame({ user_id, width, height, plane_size_y }) {
+    const user = seen.get(user_id);
+    Object.assign(user, { width, height, stride: plane_size_y });
+    user.frames++;
+    for (const look of user.looks) look();
+  }
+
+  /** The picture's mean brightness in three columns of four rows, left to right, top to bottom. */
+  function looksOf({ buffer, width, height, stride }) {
+    const columns = 3;
+    const rows = 4;
+    const means = [];
+    for (let cell = 0; cell < columns * rows; cell++) {
+      const left = Math.floor(((cell % columns) * width) / columns);
+      const top = Math.floor((Math.floor(cell / columns) * height) / rows);
+      let sum = 0;
+      for (let y = 0; y < 8; y++) for (let x = 0; x < 8; x++) sum += buffer[(top + y + 8) * stride + left + x + 8];
+      means.push(Math.round(sum / 64));
+    }
+    return means;
+  }
+
+  const actions = {
+    room(id) {
+      if (!rooms.has(id)) rooms.set(id, new sdk.xoRTCRoom(id, tell));
+      return rooms.get(id).isRoomCreated();
+    },
+    forgetRoom(id) {
+      const result = rooms.get(id).destroy();
+      rooms.delete(id);
+      return result;
+    },
+    awaitFrames(name, count, timeout) {
+      const user = seen.get(name) ?? { frames: 0, looks: new Set() };
+      seen.set(name, user);
+      const until = user.frames + count;
+      return new Promise((resolve) => {
+        const done = () => {
+          user.looks.delete(look);
+          clearTimeout(timer);
+          const { frames, width, height } = user;
+          resolve(frames < until ? { frames: frames - until + count } : { frames: count, width, height, luma: looksOf(user) });
+        };
+        const look = () => user.frames >= until && done();
+        const timer = setTimeout(done, timeout);
+        user.looks.add(look);
+      });
+    },
+  };
+
+  const end = () => {
+    video.destroyRTCVideo();
+    setImmediate(() => process.exit());
+  };
+  process.on('disconnect', end);
+  process.on('message', async ({ call, target, method, args, end: ending }) => {
+    if (ending) return end();
+    const object = { video, actions }[target] ?? rooms.get(target);
+    process.send({ call, result: await object[method](...args) });
+  });
+  video.createRTCVideo('test', onMessage, parameters);
+}
