@@ -138,7 +138,7 @@ export interface VideoMethods {
   setVideoCaptureConfig(config: VideoCaptureConfig): Result;
   setVideoCaptureRotation(rotation: VideoRotation): Result;
   setLocalVideoMirrorType(mirrorType: MirrorType): Result;
-  /** @param filePath image that is sent while capture is off; "" for none */
+  /** @param filePath image in place of a camera that is off; "" for none */
   setDummyCaptureImagePath(filePath: string): Result;
   setLowLightAdjusted(mode: LowLightMode): Result;
 
@@ -154,8 +154,9 @@ export interface VideoMethods {
   /** Reports `onRemoteVideoSuperResolutionModeChanged`. */
   setRemoteVideoSuperResolution(streamKey: StreamKey, mode: SuperResolutionMode): Result;
 
+  /** An external source stops the camera, which has to be started again after it. */
   setVideoSourceType(streamIndex: StreamIndex, type: VideoSourceType): Result;
-  /** Picture of an external source. */
+  /** Picture of an external source; refused without one. */
   pushExternalVideoFrame(frame: ExternalVideoFrame): Result;
 
   /** @param size see {@link ZoomConfigType} */
