@@ -2,9 +2,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "corvane_rtc/screen_capture.h"
 #include "support/engine_test.h"
@@ -142,6 +143,56 @@ TEST_F(ScreenTest, ListsMonitorsAndWindowsWithWhatIsKnownOfThem) {
   EXPECT_EQ(std::string(info.application), std::string(program_invocation_short_name).substr(0, 15));
   EXPECT_EQ(list->getSourceInfo(3, info), rtc::kInvalidParameter);
   EXPECT_EQ(list->getSourceInfo(-1, info), rtc::kInvalidParameter);
+}
+
+TEST_F(ScreenTest, GoesByTheWindowManagersList) {
+  const xcb_window_t first = client->open({0, 0, 50, 40}, kRed, "first");
+  const xcb_window_t dock = client->open({0, 500, 800, 20}, kRed, "dock");
+  const xcb_window_t gone = client->open({0, 0, 50, 40}, kRed, "gone");
+  const xcb_window_t minimised = client->open({0, 0, 50, 40}, kRed, "minimised");
+  client->open({0, 0, 50, 40}, kRed, "unlisted");
+  client->makeDock(dock);
+  client->retitle(minimised,
+                  "Gr\xfc\xdf"
+                  "e");
+  client->show(minimised, false);
+  client->close(gone);
+  client->list({minimised, dock, gone, first});
+  const List list(engine->getScreenCaptureSourceList());
+  ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->getCount(), 3);
+  rtc::ScreenCaptureSourceInfo info = {};
+  ASSERT_EQ(list->getSourceInfo(1, info), rtc::kSuccess);
+  EXPECT_EQ(info.source_id, minimised);
+  EXPECT_EQ(std::string(info.source_name), "Grüße");
+  ASSERT_EQ(list->getSourceInfo(2, info), rtc::kSuccess);
+  EXPECT_EQ(info.source_id, first);
+}
+
+TEST_F(ScreenTest, TellsMonitorsApart) {
+  client->addMonitor("left", {0, 0, 300, 600}, false);
+  client->addMonitor("right", {300, 0, 500, 400}, true);
+  client->open({0, 0, 300, 600}, kRed);
+  client->open({300, 0, 500, 400}, kBlue);
+  const List list(engine->getScreenCaptureSourceList());
+  ASSERT_NE(list, nullptr);
+  std::map<std::string, rtc::ScreenCaptureSourceInfo> monitors;
+  for (int32_t index = 0; index < list->getCount(); ++index) {
+    rtc::ScreenCaptureSourceInfo info = {};
+    ASSERT_EQ(list->getSourceInfo(index, info), rtc::kSuccess);
+    if (info.type == rtc::kScreenCaptureSourceTypeScreen) monitors[info.source_name] = info;
+    EXPECT_EQ(info.primary_monitor, index == 0);
+  }
+  ASSERT_TRUE(monitors.contains("left"));
+  ASSERT_TRUE(monitors.contains("right"));
+  EXPECT_TRUE(monitors["right"].primary_monitor);
+  EXPECT_EQ(monitors["right"].region_rect.x, 300);
+  ASSERT_EQ(engine->startScreenVideoCapture(monitors["right"], region({0, 0, 0, 0})), rtc::kSuccess);
+  EXPECT_TRUE(shows(500, 400, kBlue));
+  // Another source takes the first one's place.
+  ASSERT_EQ(engine->startScreenVideoCapture(monitors["left"], region({0, 0, 0, 0})), rtc::kSuccess);
+  EXPECT_TRUE(shows(300, 600, kRed));
+  EXPECT_TRUE(events.waitFor("size 1 300x600"));
 }
 
 TEST_F(ScreenTest, MakesThumbnailsThatFitTheAskedSize) {

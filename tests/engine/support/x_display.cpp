@@ -6,6 +6,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/randr.h>
+#include <xcb/xcbext.h>
 
 #include <array>
 #include <cstdlib>
@@ -127,6 +129,46 @@ void TestClient::addIcon(xcb_window_t window, uint32_t side, uint32_t color) {
   icon[1] = side;
   xcb_change_property(connection_, XCB_PROP_MODE_APPEND, window, atom("_NET_WM_ICON"), XCB_ATOM_CARDINAL, 32,
                       static_cast<uint32_t>(icon.size()), icon.data());
+  sync();
+}
+
+void TestClient::list(const std::vector<xcb_window_t>& windows) {
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root(), atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 32,
+                      static_cast<uint32_t>(windows.size()), windows.data());
+  sync();
+}
+
+void TestClient::makeDock(xcb_window_t window) {
+  const xcb_atom_t type = atom("_NET_WM_WINDOW_TYPE_DOCK");
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1,
+                      &type);
+  sync();
+}
+
+void TestClient::retitle(xcb_window_t window, const std::string& latin1) {
+  xcb_delete_property(connection_, window, atom("_NET_WM_NAME"));
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                      static_cast<uint32_t>(latin1.size()), latin1.data());
+  sync();
+}
+
+void TestClient::addMonitor(const std::string& name, const rtc::Rectangle& place, bool primary) {
+  xcb_randr_monitor_info_t monitor = {};
+  monitor.name = atom(name);
+  monitor.primary = primary ? 1 : 0;
+  monitor.x = static_cast<int16_t>(place.x);
+  monitor.y = static_cast<int16_t>(place.y);
+  monitor.width = static_cast<uint16_t>(place.width);
+  monitor.height = static_cast<uint16_t>(place.height);
+  // The library's own function miscounts the record's bytes.
+  xcb_randr_set_monitor_request_t header = {};
+  header.window = root();
+  // Two places before the first belong to the library.
+  std::array<iovec, 4> parts = {};
+  parts[2] = {&header, sizeof(header)};
+  parts[3] = {&monitor, sizeof(monitor)};
+  const xcb_protocol_request_t request = {2, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
+  xcb_send_request(connection_, 0, &parts[2], &request);
   sync();
 }
 

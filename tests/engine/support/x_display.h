@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "corvane_rtc/common.h"
 
@@ -47,6 +48,13 @@ class TestClient {
   void show(xcb_window_t window, bool shown);
   /// A square icon of one colour, 0xAARRGGBB, after those that the window has.
   void addIcon(xcb_window_t window, uint32_t side, uint32_t color);
+  /// Publishes a window manager's list.
+  void list(const std::vector<xcb_window_t>& windows);
+  void makeDock(xcb_window_t window);
+  /// A title of the older kind, in Latin-1, instead of the newer one.
+  void retitle(xcb_window_t window, const std::string& latin1);
+  /// Makes a part of the desktop count as a monitor.
+  void addMonitor(const std::string& name, const rtc::Rectangle& place, bool primary);
   /// Puts the pointer there and makes it a full square of one colour, 0xRRGGBB.
   void point(int32_t x, int32_t y, uint32_t color);
   /// What the screen shows there: 0xRRGGBB.
