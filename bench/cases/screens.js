@@ -25,10 +25,10 @@ module.exports = async function screens() {
   const display = startDisplay('1920x1080');
   const sdk = require(path.join(build, 'corvane_meeting_sdk.node'));
   const { width, height } = pictures.size;
-  if (!native.paintDesktop(process.env.DISPLAY, pictures.screen(), width, height)) throw new Error('nothing to see');
   const video = new sdk.xoRTCVideo();
   video.createRTCVideo('bench', () => {}, '{}');
   const [monitor] = video.getScreenCaptureSourceList();
+  if (!native.paintDesktop(process.env.DISPLAY, pictures.screen(), width, height)) throw new Error('nothing to see');
 
   const row = (name, work, goal) => {
     work();

@@ -40,8 +40,9 @@ TestDisplay::TestDisplay() {
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   const std::string screen = std::to_string(kWidth) + "x" + std::to_string(kHeight) + "x24";
-  // It chooses a free number itself and tells it when it is ready; it stays when its last client goes.
-  std::vector<std::string> words = {"Xvfb", "-displayfd", "3", "-screen", "0", screen, "-noreset", "-nolisten", "tcp"};
+  // It chooses a free number itself, tells it when it is ready, and ends with its last client, should the test crash.
+  std::vector<std::string> words = {"Xvfb", "-displayfd", "3",         "-screen", "0",
+                                    screen, "-terminate", "-nolisten", "tcp"};
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
