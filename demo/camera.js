@@ -1,17 +1,14 @@
 'use strict';
-// The demo's camera process: captures a clip and its sound, receives the frames in a buffer of its own, keeps twelve for
+// The demo's camera process: captures a clip and its sound, receives the frames in a buffer of its own, keeps some for
 // the contact sheet, and reports to its parent.
 
 const path = require('node:path');
 const sdk = require('..');
 const { BlurPlugin } = require('./blur_plugin');
-const { ContactSheet } = require('./contact_sheet');
+const { shrink } = require('./contact_sheet');
 const { Microphone } = require('./microphone');
 
-const [clip, secondsText, outFolder, pluginName] = process.argv.slice(2);
-const seconds = Number(secondsText);
-const sheetFrames = 12;
-const sheetColumns = 4;
+const { camera, seconds, outFolder, plugin: pluginName, sheet } = JSON.parse(process.argv[2]);
 // The rate may fall short by what start-up and the last period cost, and by no more.
 const tolerance = 0.05;
 
@@ -44,7 +41,7 @@ class FrameCounter {
 }
 
 const counter = new FrameCounter();
-const sheet = new ContactSheet(sheetColumns, 320, 180);
+const pictures = [];
 let buffer;
 let size = { width: 0, height: 0 };
 let failure;
@@ -58,11 +55,11 @@ function onSizeChanged({ width, height }) {
 function onFrame(frame) {
   counter.add(frame.timestamp);
   size = frame;
-  const due = (sheet.count * seconds * 1000) / sheetFrames;
-  if (sheet.count >= sheetFrames || counter.lastAt - counter.firstAt < due) return;
-  sheet.add(buffer, frame);
+  const due = (pictures.length * seconds * 1000) / sheet.count;
+  if (pictures.length >= sheet.count || counter.lastAt - counter.firstAt < due) return;
+  pictures.push(shrink(buffer, frame, sheet.width, sheet.height));
   plugin?.onPicture(buffer, frame);
-  if (sheet.count === sheetColumns) plugin?.enable();
+  if (pictures.length === sheet.columns) plugin?.enable();
 }
 
 function onMessage(message) {
@@ -101,7 +98,6 @@ function summarize() {
   const { fps, clipFps } = counter;
   const plugged = plugin?.summarize();
   return {
-    clip,
     frames: counter.frames,
     width: size.width,
     height: size.height,
@@ -112,7 +108,6 @@ function summarize() {
     microphone: microphone.id ?? null,
     audio_level_peak_db: microphone.id === undefined ? null : microphone.peak,
     plugin: plugged,
-    contact_sheet: sheet.write(path.join(outFolder, 'contact-sheet.png')),
     log: path.join(outFolder, logName),
   };
 }
@@ -124,11 +119,13 @@ function finish() {
   if (!failure && counter.frames === 0) failure = 'no frame arrived';
   video.stopVideoCapture();
   microphone.stop();
-  const summary = failure ? { error: failure } : summarize();
+  const summary = failure ? { error: failure } : { ...summarize(), pictures };
   video.destroyRTCVideo();
-  // The engine's channel keeps the event loop alive, so the process ends itself.
-  process.send({ summary }, () => process.exit(failure ? 1 : 0));
+  process.send({ summary });
 }
+
+// The parent lets go when it has read the summary; the engine's channel would keep the event loop alive.
+process.on('disconnect', () => process.exit(failure ? 1 : 0));
 
 const now = new Date();
 const day = [now.getFullYear(), now.getMonth() + 1, now.getDate()].map((n) => String(n).padStart(2, '0')).join('-');
@@ -141,9 +138,9 @@ const plugin = pluginName ? new BlurPlugin(video, check) : undefined;
 check('createRTCVideo', video.createRTCVideo('demo', onMessage, '{}'));
 check('setLocalVideoSink', video.setLocalVideoSink(0, 1));
 plugin?.load();
-check('setVideoCaptureDevice', video.setVideoCaptureDevice(`file:${clip}`));
+check('setVideoCaptureDevice', video.setVideoCaptureDevice(camera));
 check('startVideoCapture', video.startVideoCapture());
-microphone.start(clip);
+microphone.start(camera);
 setInterval(progress, 1000);
 const started = performance.now();
 const timer = setInterval(() => {

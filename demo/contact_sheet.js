@@ -86,8 +86,9 @@ class ContactSheet {
     return this.#pictures.length;
   }
 
-  add(planes, frame) {
-    this.#pictures.push(shrink(planes, frame, this.#width, this.#height));
+  /** A picture of the sheet's size, as from shrink(). */
+  add(picture) {
+    this.#pictures.push(picture);
   }
 
   /** Writes the sheet and returns the file's path. */
@@ -96,7 +97,9 @@ class ContactSheet {
     const width = this.#columns * (this.#width + margin) + margin;
     const height = rows * (this.#height + margin) + margin;
     const sheet = Buffer.alloc(width * height * 3, 0x20);
-    this.#pictures.forEach((picture, index) => {
+    this.#pictures.forEach((bytes, index) => {
+      // Another process's bytes come as a plain array.
+      const picture = Buffer.from(bytes.buffer, bytes.byteOffset, bytes.length);
       const left = margin + (index % this.#columns) * (this.#width + margin);
       const top = margin + Math.floor(index / this.#columns) * (this.#height + margin);
       for (let row = 0; row < this.#height; ++row) {
@@ -108,4 +111,4 @@ class ContactSheet {
   }
 }
 
-module.exports = { ContactSheet };
+module.exports = { ContactSheet, shrink };

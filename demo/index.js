@@ -1,8 +1,13 @@
 'use strict';
 // The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer; its sound, or a test
-// tone, is captured as a microphone and its level shown.
+// tone, is captured as a microphone and its level shown. Then two processes hold a call: one sends the clip, the other
+// receives it.
 //
-//   npm run demo -- [clip] [--seconds N] [--plugin blur] [--json]
+//   npm run demo -- [clip] [--seconds N] [--plugin blur] [--service ws://HOST:PORT] [--json]
+//
+// The clip may be a synthetic camera's id as well. Each half takes the seconds. Without --service the engines start a
+// private one on this machine. Exit codes: 0 all well; 1 too few pictures, or lost messages; 2 it could not be tried; 3 the
+// camera's half was done, but no service held the call.
 //
 // With --plugin blur a sample plug-in softens the pictures but for their middle; the contact sheet's first row is without.
 // The camera runs in a child process: what the engine prints stays out of this one's output.
@@ -11,11 +16,19 @@ const { fork } = require('node:child_process');
 const fs = require('node:fs');
 const path = require('node:path');
 const { parseArgs } = require('node:util');
+const { holdCall, NoService } = require('./call');
+const { ContactSheet } = require('./contact_sheet');
 const { sampleClip } = require('./sample_clip');
 
 const outFolder = path.join(__dirname, 'out');
-const usage = 'usage: npm run demo -- [clip] [--seconds N] [--plugin blur] [--json]';
+const usage = 'usage: npm run demo -- [clip] [--seconds N] [--plugin blur] [--service ws://HOST:PORT] [--json]';
 const plugins = ['blur'];
+// The camera's rows of the contact sheet, and the call's.
+const cameraSheet = { columns: 4, count: 12, width: 320, height: 180 };
+const callSheet = { ...cameraSheet, count: 8 };
+const exitCode = { well: 0, poor: 1, failed: 2, noService: 3 };
+// The call begins with a key frame and changes its source half-way.
+const callTolerance = 0.08;
 
 function readArguments() {
   const { values, positionals } = parseArgs({
@@ -23,6 +36,7 @@ function readArguments() {
     options: {
       seconds: { type: 'string', default: '10' },
       plugin: { type: 'string', default: '' },
+      service: { type: 'string' },
       json: { type: 'boolean', default: false },
     },
   });
@@ -30,19 +44,23 @@ function readArguments() {
   if (!(seconds >= 1 && seconds <= 3600)) throw new Error('--seconds takes a number from 1 to 3600');
   if (positionals.length > 1) throw new Error('one clip at a time');
   if (values.plugin !== '' && !plugins.includes(values.plugin)) throw new Error(`--plugin takes: ${plugins.join(', ')}`);
-  return { clip: positionals[0], seconds, plugin: values.plugin, json: values.json };
+  const { plugin, service, json } = values;
+  if (service !== undefined && !/^wss?:\/\/./.test(service)) throw new Error('--service takes an address as ws://HOST:PORT');
+  return { clip: positionals[0], seconds, plugin, service, json };
 }
 
 /** Runs the camera and resolves to its summary. */
-function runCamera(clip, { seconds, plugin }, onProgress) {
+function runCamera(options, onProgress) {
   return new Promise((resolve, reject) => {
-    const camera = fork(path.join(__dirname, 'camera.js'), [clip, String(seconds), outFolder, plugin], {
-      stdio: ['ignore', 'ignore', 'inherit', 'ipc'],
+    const camera = fork(path.join(__dirname, 'camera.js'), [JSON.stringify({ ...options, outFolder, sheet: cameraSheet })], {
+      stdio: ['ignore', 'ignore', 'inherit', 'ipc'], serialization: 'advanced',
     });
     let summary;
     camera.on('message', (message) => {
       if (message.progress) onProgress(message.progress);
-      if (message.summary) summary = message.summary;
+      if (!message.summary) return;
+      summary = message.summary;
+      camera.disconnect();
     });
     camera.on('error', reject);
     camera.on('exit', (code, signal) => {
@@ -76,6 +94,17 @@ function showProgress({ elapsed, seconds, frames, fps, size, sound }) {
   show(sound ? [line, meterLine(sound)] : [line]);
 }
 
+const milliseconds = (value) => (value === null ? '-' : `${value.toFixed(1)} ms`);
+
+function showCallProgress({ elapsed, seconds, size, frames, fps, latency_p50_ms: latency, messages }) {
+  const done = Math.min(1, elapsed / seconds);
+  const bar = '>'.repeat(Math.round(done * 24)).padEnd(24, '.');
+  show([
+    `[${bar}] ${elapsed.toFixed(0).padStart(3)} s  ${size}  ${frames} remote frames  ${fps.toFixed(1)} fps  ` +
+      `latency ${milliseconds(latency)}  messages ${messages.received} of ${messages.sent}`,
+  ]);
+}
+
 function lastLines(file, count) {
   return fs.readFileSync(file, 'utf8').trimEnd().split('\n').slice(-count);
 }
@@ -95,16 +124,65 @@ function showSummary(summary) {
   for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
 }
 
+function showCall(call) {
+  if (call.call_error) return;
+  const verdict = call.ok ? 'as sent' : 'NOT as sent';
+  console.log(`call over the service ${call.service}: joined in ${milliseconds(call.join_ms)} (who came first, in ` +
+    `${milliseconds(call.first_join_ms)}), saw the other ${milliseconds(call.first_frame_ms)} after it began to join`);
+  console.log(`${call.remote_fps.toFixed(2)} remote fps of ${call.sent_fps.toFixed(2)}, ` +
+    `${call.messages_received} of ${call.messages_sent} messages, ${verdict}`);
+  console.log(`latency, from pushing a picture to having it: ${milliseconds(call.latency_p50_ms)}, 95 % below ` +
+    `${milliseconds(call.latency_p95_ms)} (${call.latency_samples} pictures)`);
+}
+
+/** The id of the camera that the arguments mean. */
+async function findCamera(clip) {
+  if (clip?.startsWith('test:')) return clip;
+  const file = path.resolve(clip ?? (await sampleClip((text) => console.error(text))));
+  if (!fs.existsSync(file)) throw new Error(`there is no clip ${file}`);
+  return `file:${file}`;
+}
+
+/** Holds the call; its part of the summary, and its pictures. Without a service there is the reason in its place. */
+async function runCall(camera, { seconds, service }, onProgress) {
+  try {
+    const { call, pictures } = await holdCall({ camera, service, seconds, logFolder: outFolder, sheet: callSheet, onProgress });
+    const fits = Math.abs(call.remote_fps / call.sent_fps - 1) <= callTolerance;
+    const whole = call.messages_sent > 0 && call.messages_received === call.messages_sent;
+    return { call: { ...call, ok: fits && whole && call.latency_samples > 0 }, pictures };
+  } catch (error) {
+    if (!(error instanceof NoService)) throw error;
+    const nothing = { join_ms: null, remote_fps: null, latency_p50_ms: null, latency_p95_ms: null };
+    return { call: { ...nothing, messages_sent: 0, messages_received: 0, ok: false, call_error: error.message }, pictures: [] };
+  }
+}
+
 async function main() {
   const options = readArguments();
+  const { seconds, plugin, json } = options;
   fs.mkdirSync(outFolder, { recursive: true });
-  const clip = path.resolve(options.clip ?? (await sampleClip((text) => console.error(text))));
-  if (!fs.existsSync(clip)) throw new Error(`there is no clip ${clip}`);
-  if (!options.json) console.log(`capturing ${clip}`);
-  const summary = await runCamera(clip, options, options.json ? () => {} : showProgress);
-  if (options.json) console.log(JSON.stringify(summary));
-  else showSummary(summary);
-  return summary.ok ? 0 : 1;
+  const camera = await findCamera(options.clip);
+  const clip = camera.replace(/^file:/, '');
+  if (!json) console.log(`capturing ${clip}`);
+  const { pictures: local, ...seen } = await runCamera({ camera, seconds, plugin }, json ? () => {} : showProgress);
+  if (!json) console.log('two processes hold a call');
+  linesShown = 0;
+  const { pictures: remote, call } = await runCall(camera, options, json ? () => {} : showCallProgress);
+
+  const sheet = new ContactSheet(cameraSheet.columns, cameraSheet.width, cameraSheet.height);
+  for (const picture of [...local, ...remote]) sheet.add(picture);
+  const contactSheet = sheet.write(path.join(outFolder, 'contact-sheet.png'));
+  const summary = { clip, ...seen, ...call, ok: seen.ok && call.ok, contact_sheet: contactSheet };
+  if (json) console.log(JSON.stringify(summary));
+  else {
+    showCall(call);
+    showSummary({ ...seen, contact_sheet: contactSheet });
+  }
+  if (call.call_error) {
+    console.error(`demo: no call: ${call.call_error}`);
+    return exitCode.noService;
+  }
+  return summary.ok ? exitCode.well : exitCode.poor;
 }
 
 main().then(
@@ -114,6 +192,6 @@ main().then(
   (error) => {
     console.error(`demo: ${error.message}`);
     if (error.code?.startsWith?.('ERR_PARSE_ARGS')) console.error(usage);
-    process.exitCode = 2;
+    process.exitCode = exitCode.failed;
   },
 );

@@ -20,11 +20,12 @@ class Microphone {
     this.#video = video;
   }
 
-  start(clip) {
+  /** `source`: the camera's id. */
+  start(source) {
     const reports = { interval: 100, smooth: 1, local_main_report_mode: 0, audio_report_mode: 0 };
     const extras = { enable_spectrum: false, enable_vad: false, enable_voice_pitch: false };
     if (this.#video.enableAudioPropertiesReport({ ...reports, ...extras }) !== 0) return;
-    this.#choose(`file:${clip}`);
+    this.#choose(source.startsWith('file:') ? source : 'test:sine');
     if (this.#video.startAudioCapture() !== 0) this.id = undefined;
   }
 
