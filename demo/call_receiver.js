@@ -100,7 +100,7 @@ member.serve({
     member.end({
       summary: {
         remote_frames: whole.count, remote_width: size.width, remote_height: size.height,
-        camera_fps: unstamped.fps, pushed_fps: stamped?.fps ?? 0, latency_samples: delays.length,
+        camera_fps: unstamped.fps, stamped_fps: stamped?.fps ?? 0, latency_samples: delays.length,
         latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), cpu: measureCpu(), pictures,
       },
     });

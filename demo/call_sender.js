@@ -16,6 +16,7 @@ let buffer;
 const kept = [];
 const gaps = [];
 let lastTimestamp;
+const pushed = new RateCounter();
 let measureCpu = () => 0;
 
 const member = new CallMember(options, {
@@ -61,7 +62,6 @@ function cameraRate() {
 }
 
 function pushPictures(rate) {
-  const pushed = new RateCounter();
   const start = performance.now();
   const order = [...kept.keys(), ...[...kept.keys()].slice(1, -1).reverse()];
   const pushNext = () => {
@@ -107,6 +107,6 @@ member.serve({
     member.tell({ hushed: true });
   },
   finish() {
-    member.end({ summary: { cpu: measureCpu() } });
+    member.end({ summary: { cpu: measureCpu(), pushed: pushed.count, fps: pushed.fps } });
   },
 });
