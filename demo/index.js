@@ -109,21 +109,6 @@ function lastLines(file, count) {
   return fs.readFileSync(file, 'utf8').trimEnd().split('\n').slice(-count);
 }
 
-function showSummary(summary) {
-  const verdict = summary.ok ? 'at the clip\'s rate' : 'NOT at the clip\'s rate';
-  console.log(`${summary.frames} frames of ${summary.width}x${summary.height} in ${summary.seconds.toFixed(1)} s: ` +
-    `${summary.fps.toFixed(2)} fps of ${summary.clip_fps.toFixed(2)}, ${verdict}`);
-  if (summary.microphone !== null) console.log(`microphone ${summary.microphone}: peak ${summary.audio_level_peak_db} dB`);
-  if (summary.plugin) {
-    const { sharpness, sharpness_without: without, softens } = summary.plugin;
-    console.log(`plug-in ${summary.plugin.name}: sharpness ${sharpness.toFixed(2)} of ${without.toFixed(2)} without it, ` +
-      (softens ? 'soft' : 'NOT soft'));
-  }
-  console.log(`contact sheet: ${summary.contact_sheet}`);
-  console.log(`log: ${summary.log}`);
-  for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
-}
-
 function showCall(call) {
   if (call.call_error) return;
   const verdict = call.ok ? 'as sent' : 'NOT as sent';
@@ -133,6 +118,22 @@ function showCall(call) {
     `${call.messages_received} of ${call.messages_sent} messages, ${verdict}`);
   console.log(`latency, from pushing a picture to having it: ${milliseconds(call.latency_p50_ms)}, 95 % below ` +
     `${milliseconds(call.latency_p95_ms)} (${call.latency_samples} pictures)`);
+}
+
+function showSummary(summary, call) {
+  const verdict = summary.ok ? 'at the clip\'s rate' : 'NOT at the clip\'s rate';
+  console.log(`${summary.frames} frames of ${summary.width}x${summary.height} in ${summary.seconds.toFixed(1)} s: ` +
+    `${summary.fps.toFixed(2)} fps of ${summary.clip_fps.toFixed(2)}, ${verdict}`);
+  if (summary.microphone !== null) console.log(`microphone ${summary.microphone}: peak ${summary.audio_level_peak_db} dB`);
+  if (summary.plugin) {
+    const { sharpness, sharpness_without: without, softens } = summary.plugin;
+    console.log(`plug-in ${summary.plugin.name}: sharpness ${sharpness.toFixed(2)} of ${without.toFixed(2)} without it, ` +
+      (softens ? 'soft' : 'NOT soft'));
+  }
+  showCall(call);
+  console.log(`contact sheet: ${summary.contact_sheet}`);
+  console.log(`log: ${summary.log}`);
+  for (const line of lastLines(summary.log, 6)) console.log(`  ${line}`);
 }
 
 /** The id of the camera that the arguments mean. */
@@ -174,10 +175,7 @@ async function main() {
   const contactSheet = sheet.write(path.join(outFolder, 'contact-sheet.png'));
   const summary = { clip, ...seen, ...call, ok: seen.ok && call.ok, contact_sheet: contactSheet };
   if (json) console.log(JSON.stringify(summary));
-  else {
-    showCall(call);
-    showSummary({ ...seen, contact_sheet: contactSheet });
-  }
+  else showSummary({ ...seen, contact_sheet: contactSheet }, call);
   if (call.call_error) {
     console.error(`demo: no call: ${call.call_error}`);
     return exitCode.noService;
