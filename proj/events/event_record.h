@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "events/payload.h"
+#include "events/record_memory.h"
 
 namespace corvane {
 
@@ -32,6 +33,8 @@ class EventRecord {
   class Body {
    public:
     virtual ~Body() = default;
+    static void* operator new(size_t size) { return takeRecordMemory(size); }
+    static void operator delete(void* memory) { giveBackRecordMemory(memory); }
     /// Calls `function` with what the record stands for.
     virtual void deliver(napi_env env, napi_value function) = 0;
   };
