@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
+#include <type_traits>
 
 namespace corvane {
 namespace {
@@ -18,8 +20,29 @@ class Output {
     std::memcpy(at_, text, length);
     at_ += length;
   }
+  // Most texts are names and words, which the library's functions take longer to start with than to handle.
+  void put(const char* text) {
+    for (int i = 0; i < kShort; ++i, ++at_, ++text) {
+      if (*text == '\0' || at_ == end_) return;
+      *at_ = *text;
+    }
+    put(text, std::strlen(text));
+  }
+  // Up to the next conversion or the end, which it answers.
+  const char* putPlain(const char* format) {
+    for (; *format != '%' && *format != '\0'; ++format) {
+      if (at_ != end_) *at_++ = *format;
+    }
+    return format;
+  }
   template <class Number>
+  requires std::is_integral_v<Number>
   void put(Number number) {
+    const auto direct = std::to_chars(at_, end_, number);
+    if (direct.ec == std::errc()) {
+      at_ = direct.ptr;
+      return;
+    }
     char digits[24];
     const auto result = std::to_chars(digits, digits + sizeof digits, number);
     put(digits, static_cast<size_t>(result.ptr - digits));
@@ -27,6 +50,8 @@ class Output {
   char* at() const { return at_; }
 
  private:
+  static constexpr int kShort = 48;
+
   char* at_;
   char* const end_;
 };
@@ -49,8 +74,7 @@ const char* putConversion(Output& output, const char* conversion, va_list* argum
   switch (conversion[0]) {
     case 's': {
       const char* text = va_arg(*arguments, const char*);
-      if (text == nullptr) text = "(null)";
-      output.put(text, std::strlen(text));
+      output.put(text == nullptr ? "(null)" : text);
       return conversion + 1;
     }
     case 'd':
@@ -81,10 +105,9 @@ size_t formatMessage(char* to, size_t space, const char* format, va_list argumen
   const char* at = format;
   bool finished = true;
   while (true) {
-    const char* percent = std::strchr(at, '%');
-    output.put(at, percent == nullptr ? std::strlen(at) : static_cast<size_t>(percent - at));
-    if (percent == nullptr) break;
-    at = putConversion(output, percent + 1, &own);
+    at = output.putPlain(at);
+    if (*at == '\0') break;
+    at = putConversion(output, at + 1, &own);
     if (at == nullptr) {
       finished = false;
       break;

@@ -44,9 +44,9 @@ tm localTime(time_t seconds) {
 struct HeaderCache {
   time_t second = -1;
   int time_length = 0;
-  char time[40] = {};
+  char time[32] = {};
   int thread_length = 0;
-  char thread[24] = {};
+  char thread[32] = {};
 };
 
 // Writes "<time> <tag>[tid: n] " and returns its length.
@@ -67,7 +67,7 @@ size_t writeHeader(char* line, int32_t level) {
   }
 
   char* at = line;
-  std::memcpy(at, cache.time, static_cast<size_t>(cache.time_length));
+  std::memcpy(at, cache.time, sizeof cache.time);  // all of it: a copy of a known size is two instructions
   at += cache.time_length;
   const int rest = static_cast<int>(milliseconds % 1000);
   *at++ = static_cast<char>('0' + rest / 100);
@@ -76,7 +76,7 @@ size_t writeHeader(char* line, int32_t level) {
   *at++ = ' ';
   const char* tag = levelTag(level);
   while (*tag != '\0') *at++ = *tag++;
-  std::memcpy(at, cache.thread, static_cast<size_t>(cache.thread_length));
+  std::memcpy(at, cache.thread, sizeof cache.thread);
   at += cache.thread_length;
   return static_cast<size_t>(at - line);
 }

@@ -3,6 +3,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -46,9 +47,18 @@ std::string applicationDataFolder() {
   return home.empty() ? std::string() : home + "/.config";
 }
 
+// Past the stream's buffer, which stays empty: a write and a flush of it come to the same.
 void writeAndFlush(FILE* stream, const char* bytes, size_t size) {
-  ::fwrite_unlocked(bytes, 1, size, stream);
-  ::fflush_unlocked(stream);
+  const int file = ::fileno(stream);
+  while (size > 0) {
+    const ssize_t written = ::write(file, bytes, size);
+    if (written <= 0) {
+      if (written < 0 && errno == EINTR) continue;
+      return;
+    }
+    bytes += written;
+    size -= static_cast<size_t>(written);
+  }
 }
 
 bool pathExists(const char* path) {
