@@ -1,7 +1,8 @@
 'use strict';
 // npm run bench [-- NAME...]: runs the benchmarks, all of them or the named ones, prints a table and writes
 // out/results.json: a list of { name, value, unit, limit, ratio, goal }. Each case runs in a process of its own, and its
-// limit is measured in the same rounds as its value: only the ratios mean something on another machine.
+// limit is measured in the same rounds as its value, unless it says that it is fixed: only the ratios of the former mean
+// something on another machine.
 
 const { fork } = require('node:child_process');
 const fs = require('node:fs');
@@ -23,11 +24,13 @@ function runCase(name) {
 
 const number = (value) => (value === null ? '' : value >= 100 ? value.toFixed(0) : value.toPrecision(3));
 
+const quantity = (value, unit) => (value === null ? '' : `${number(value)} ${unit}`);
+
 function print(row) {
   const met = row.ratio === null || row.goal === null ? '' : meets(row) ? 'reached' : 'MISSED';
   const goal = row.goal === null ? '' : `${row.goal.kind === 'least' ? '>=' : '<='} ${row.goal.ratio}`;
   console.log(
-    row.name.padEnd(52), `${number(row.value)} ${row.unit}`.padStart(16), `${number(row.limit)} ${row.unit}`.padStart(16),
+    row.name.padEnd(52), quantity(row.value, row.unit).padStart(16), quantity(row.limit, row.unit).padStart(16),
     number(row.ratio).padStart(8), goal.padStart(8), met.padStart(8));
 }
 

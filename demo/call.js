@@ -7,6 +7,7 @@ const { randomUUID } = require('node:crypto');
 const fs = require('node:fs');
 const path = require('node:path');
 
+const senderScript = 'call_sender.js';
 const stepTimeout = 20_000;
 const messagesTimeout = 3000;
 
@@ -23,10 +24,11 @@ class Member {
   #failed;
   #onMessage;
 
-  constructor(file, options, onMessage) {
+  /** `file`: the member's script, from this folder; `onMessage` takes all that it tells. */
+  constructor(file, options, onMessage = () => {}) {
     fs.mkdirSync(options.logFolder, { recursive: true });
     this.#onMessage = onMessage;
-    this.#child = fork(path.join(__dirname, file), [JSON.stringify(options)], {
+    this.#child = fork(path.resolve(__dirname, file), [JSON.stringify(options)], {
       stdio: ['ignore', 'ignore', 'inherit', 'ipc'], serialization: 'advanced',
     });
     this.failure = new Promise((_, reject) => {
@@ -81,7 +83,7 @@ async function holdCall({ camera, size, rate, service, seconds, logFolder, sheet
   };
   const options = (name) => ({ name, roomId, service, sheet, logFolder: path.join(logFolder, name) });
   let started = 0;
-  const sender = new Member('call_sender.js', options('sender'), count);
+  const sender = new Member(senderScript, options('sender'), count);
   const receiver = new Member('call_receiver.js', options('receiver'), count);
   const failures = [sender.failure, receiver.failure];
   /** Waits, but neither for a member that has failed nor for ever. */
@@ -135,4 +137,4 @@ async function holdCall({ camera, size, rate, service, seconds, logFolder, sheet
   }
 }
 
-module.exports = { holdCall, NoService };
+module.exports = { holdCall, Member, NoService, senderScript };

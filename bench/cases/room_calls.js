@@ -1,0 +1,84 @@
+'use strict';
+// Calls between two processes over the private service: joining until the first remote picture is decoded; then pictures
+// of a clip that JavaScript pushes, 30 a second, with the time drawn into each: how many arrive, how late, and at what
+// cost. The limit of the rate is what was pushed; those of times and processors are fixed: what a call is not to go beyond.
+
+const { randomUUID } = require('node:crypto');
+const fs = require('node:fs');
+const os = require('node:os');
+const path = require('node:path');
+const { holdCall, Member, senderScript } = require('../../demo/call');
+const { sampleClip } = require('../../demo/sample_clip');
+
+const joins = 30;
+const joinLimit = 200;
+const joinsTimeout = 120_000;
+// The camera's half, and the pushed pictures'.
+const seconds = 20;
+const rate = 30;
+const sizes = [
+  { width: 640, height: 360, latency: 25 },
+  { width: 1280, height: 720, latency: 60, sender: 60, receiver: 20 },
+];
+
+const median = (values) => values.toSorted((a, b) => a - b)[values.length >> 1];
+const atMost = (name, value, limit, unit) => ({ name, value, unit, limit, ratio: value / limit, goal: { kind: 'most', ratio: 1 } });
+
+const figure = (name, value, unit) => ({ name, value, unit, limit: null, ratio: null, goal: null });
+
+async function joinTimes(camera, logFolder) {
+  const roomId = `bench ${randomUUID()}`;
+  const options = (name) => ({ name, roomId, sender: 'sender', logFolder: path.join(logFolder, name) });
+  const sender = new Member(senderScript, options('sender'));
+  const joiner = new Member(path.join(__dirname, '../room_joiner.js'), options('joiner'));
+  let timer;
+  const late = new Promise((_, reject) => {
+    timer = setTimeout(() => reject(new Error(`${joins} joins took too long`)), joinsTimeout);
+  });
+  const or = (told) => Promise.race([told, late, sender.failure, joiner.failure]);
+  try {
+    await or(Promise.all([sender.told('ready'), joiner.told('ready')]));
+    sender.send('join', { camera });
+    await or(sender.told('published'));
+    joiner.send('measure', { joins });
+    return await or(joiner.told('times'));
+  } finally {
+    clearTimeout(timer);
+    sender.release();
+    joiner.release();
+  }
+}
+
+module.exports = async function roomCalls() {
+  const logFolder = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-bench-'));
+  process.on('exit', () => fs.rmSync(logFolder, { recursive: true, force: true }));
+  const camera = `file:${await sampleClip((text) => console.error(text))}`;
+  const times = await joinTimes('test:ball?width=640&height=360&fps=30', logFolder);
+  const rows = [
+    atMost(`joining to the first picture, median of ${joins}`, median(times), joinLimit, 'ms'),
+    figure(`joining to the first picture, slowest of ${joins}`, Math.max(...times), 'ms'),
+  ];
+  for (const { width, height, latency, sender, receiver } of sizes) {
+    const { call } = await holdCall({
+      camera, rate, seconds, logFolder, size: { width, height, frame_rate: rate },
+      sheet: { count: 0, width: 16, height: 9 },
+    });
+    if (call.remote_width !== width || call.remote_height !== height) {
+      throw new Error(`pictures of ${width}x${height} came as ${call.remote_width}x${call.remote_height}`);
+    }
+    const kind = `call at ${width}x${height}`;
+    rows.push({
+      name: `${kind}, pictures received`, value: call.stamped_fps, unit: 'fps', limit: call.pushed_fps,
+      ratio: call.stamped_fps / call.pushed_fps, goal: { kind: 'least', ratio: 0.967 },
+    });
+    const row = (what, value, limit, unit) => {
+      const name = `${kind}, ${what}`;
+      rows.push(limit ? atMost(name, value, limit, unit) : figure(name, value, unit));
+    };
+    row('latency, 50 % below', call.latency_p50_ms, undefined, 'ms');
+    row('latency, 95 % below', call.latency_p95_ms, latency, 'ms');
+    row('sender, of a core', call.sender_cpu_percent, sender, '%');
+    row('receiver, of a core', call.receiver_cpu_percent, receiver, '%');
+  }
+  return rows;
+};
