@@ -1,4 +1,5 @@
 // Sound: capture, playback, the local voice, raw samples.
+#include "api/rtc_room.h"
 #include "api/rtc_video.h"
 
 namespace corvane::rtc {
@@ -76,8 +77,15 @@ int32_t RtcVideo::setPlaybackVolume(int32_t volume) {
   return kSuccess;
 }
 
-int32_t RtcVideo::setRemoteAudioPlaybackVolume(const StreamKey& /*stream_key*/, int32_t /*volume*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setRemoteAudioPlaybackVolume(const StreamKey& stream_key, int32_t volume) {
+  if (!isRoomOrUserId(stream_key.room_id) || !isRoomOrUserId(stream_key.user_id) || volume < 0 || volume > kMaxVolume) {
+    return kInvalidParameter;
+  }
+  if (stream_key.stream_index == kStreamIndexScreen) return notSupported(__func__);
+  if (stream_key.stream_index != kStreamIndexMain) return kInvalidParameter;
+  postToRoom(stream_key.room_id,
+             [user = std::string(stream_key.user_id), volume](Room& room) { room.setVolume(user, volume); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::setEarMonitorMode(int32_t /*mode*/) {

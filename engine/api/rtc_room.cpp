@@ -15,6 +15,9 @@ namespace {
 constexpr size_t kMaxIdBytes = 128;
 constexpr size_t kMaxExtraInfo = 200;
 constexpr size_t kMaxToken = 4096;
+constexpr size_t kMaxInfoKey = 10;
+constexpr size_t kMaxInfoValue = 128;
+constexpr int32_t kMaxVolume = 400;
 constexpr size_t kMaxMessage = 64 * 1024;
 
 bool isText(const char* text, size_t limit) {
@@ -96,20 +99,30 @@ int32_t RtcRoom::leaveRoom() {
   return result;
 }
 
-int32_t RtcRoom::setUserVisibility(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::setUserVisibility(bool enable) {
+  return post([enable](Room& room) { room.setVisible(enable); });
 }
 
 int32_t RtcRoom::setMultiDeviceAVSync(const char* /*audio_user_id*/) {
   return notSupported(__func__);
 }
 
-int32_t RtcRoom::updateToken(const char* /*token*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::updateToken(const char* token) {
+  if (!isText(orEmpty(token), kMaxToken)) return kInvalidParameter;
+  return postInRoom([text = std::string(orEmpty(token))](Room& room) { room.setToken(text); });
 }
 
-int32_t RtcRoom::setRoomExtraInfo(const char* /*key*/, const char* /*value*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::setRoomExtraInfo(const char* key, const char* value) {
+  const bool valid =
+      key != nullptr && *key != '\0' && isText(key, kMaxInfoKey) && isText(orEmpty(value), kMaxInfoValue);
+  if (!valid) return kInvalidParameter;
+  const int32_t task = last_task_;
+  const int32_t result = postInRoom([task, name = std::string(key), text = std::string(orEmpty(value))](Room& room) {
+    room.setExtraInfo(task, name, text);
+  });
+  if (result != kSuccess) return result;
+  ++last_task_;
+  return task;
 }
 
 // Streams of the local user.
@@ -176,8 +189,9 @@ int32_t RtcRoom::resumeAllSubscribedStream(int32_t media_type) {
   return postInRoom([media_type](Room& room) { room.setPaused(media_type, false); });
 }
 
-int32_t RtcRoom::setRemoteRoomAudioPlaybackVolume(int32_t /*volume*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::setRemoteRoomAudioPlaybackVolume(int32_t volume) {
+  if (volume < 0 || volume > kMaxVolume) return kInvalidParameter;
+  return post([volume](Room& room) { room.setRoomVolume(volume); });
 }
 
 int32_t RtcRoom::setAudioSelectionConfig(int32_t /*audio_selection_priority*/) {

@@ -94,6 +94,7 @@ class RtcRoom final : public IRTCRoom {
   const std::string id_;
   std::shared_ptr<std::atomic<bool>> in_room_;  // of the last joinRoom(): false once it failed, or the stay was ended
   int64_t last_message_ = 0;
+  int32_t last_task_ = 0;
 };
 
 }  // namespace corvane::rtc

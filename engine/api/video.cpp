@@ -1,4 +1,5 @@
 // Pictures: capture, encoding, raw frames.
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
@@ -14,6 +15,8 @@ namespace {
 constexpr int32_t kMinSide = 16;
 constexpr int32_t kMaxSide = 8192;
 constexpr int32_t kMaxFrameRate = 120;
+constexpr int32_t kMaxLayers = 4;
+constexpr int32_t kMaxBitrate = 100'000;  // kbit/s
 
 // 0 leaves the camera's own.
 bool isSide(int32_t pixels) {
@@ -83,8 +86,20 @@ int32_t RtcVideo::setLowLightAdjusted(int32_t /*mode*/) {
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::setVideoEncoderConfig(const VideoEncoderConfig* /*channel_solutions*/, int32_t /*count*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setVideoEncoderConfig(const VideoEncoderConfig* channel_solutions, int32_t count) {
+  if (channel_solutions == nullptr || count < 1 || count > kMaxLayers) return kInvalidParameter;
+  for (int32_t layer = 0; layer < count; ++layer) {
+    const VideoEncoderConfig& config = channel_solutions[layer];
+    if (!isSide(config.width) || !isSide(config.height) || config.frame_rate < 0 || config.frame_rate > kMaxFrameRate ||
+        config.max_bitrate < -1 || config.max_bitrate > kMaxBitrate) {
+      return kInvalidParameter;
+    }
+  }
+  // One layer is sent: the best.
+  const VideoEncoding encoding = {channel_solutions->width, channel_solutions->height, channel_solutions->frame_rate,
+                                  std::max(channel_solutions->max_bitrate, 0)};
+  context_.thread.post([this, encoding] { rooms_->media().setVideoEncoding(encoding); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::setMaxVideoEncoderConfig(const VideoEncoderConfig& /*max_solution*/) {

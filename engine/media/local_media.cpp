@@ -1,13 +1,30 @@
 #include "media/local_media.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane::rtc {
 
-LocalMedia::LocalMedia(EngineContext& context, PictureTaps& camera) : context_(context), camera_(camera) {}
+namespace {
+
+using Users = std::vector<LocalMedia::User*>;
+
+void include(Users& users, LocalMedia::User& user) {
+  if (std::find(users.begin(), users.end(), &user) == users.end()) users.push_back(&user);
+}
+
+void exclude(Users& users, LocalMedia::User& user) {
+  users.erase(std::remove(users.begin(), users.end(), &user), users.end());
+}
+
+}  // namespace
+
+LocalMedia::LocalMedia(EngineContext& context, PictureTaps& camera, SoundTaps& microphone)
+    : context_(context), camera_(camera), microphone_(microphone) {}
 
 LocalMedia::~LocalMedia() {
   if (video_ != nullptr) camera_.remove(*video_);
+  if (sound_ != nullptr) microphone_.remove(*sound_);
 }
 
 VideoEncoder* LocalMedia::borrowVideo(User& user) {
@@ -16,21 +33,54 @@ VideoEncoder* LocalMedia::borrowVideo(User& user) {
     video_ = std::make_unique<VideoEncoder>(context_, encoding_, *this);
     camera_.add(*video_);
   }
-  if (std::find(video_users_.begin(), video_users_.end(), &user) == video_users_.end()) video_users_.push_back(&user);
+  include(video_users_, user);
   return video_.get();
 }
 
+SoundEncoder* LocalMedia::borrowSound(User& user) {
+  if (sound_ == nullptr) {
+    sound_ = std::make_unique<SoundEncoder>(context_, *this);
+    microphone_.add(*sound_);
+  }
+  include(sound_users_, user);
+  return sound_.get();
+}
+
 void LocalMedia::giveBackVideo(User& user) {
-  video_users_.erase(std::remove(video_users_.begin(), video_users_.end(), &user), video_users_.end());
+  exclude(video_users_, user);
   if (!video_users_.empty() || video_ == nullptr) return;
   camera_.remove(*video_);
   video_.reset();
 }
 
+void LocalMedia::giveBackSound(User& user) {
+  exclude(sound_users_, user);
+  if (!sound_users_.empty() || sound_ == nullptr) return;
+  microphone_.remove(*sound_);
+  sound_.reset();
+}
+
+void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
+  if (encoding == encoding_) return;
+  encoding_ = encoding;
+  if (video_ == nullptr) return;
+  camera_.remove(*video_);
+  const std::unique_ptr<VideoEncoder> previous =
+      std::exchange(video_, std::make_unique<VideoEncoder>(context_, encoding_, *this));
+  camera_.add(*video_);
+  for (User* user : video_users_) user->onVideoEncoder(*video_);
+}
+
 void LocalMedia::onEncoderFailed(const std::string& reason) {
   context_.log.error("the camera cannot be encoded: %s", reason.c_str());
   // Each gives back what it borrowed.
-  const std::vector<User*> users = video_users_;
+  const Users users = video_users_;
+  for (User* user : users) user->onEncodingFailed(reason);
+}
+
+void LocalMedia::onSoundEncoderFailed(const std::string& reason) {
+  context_.log.error("the microphone cannot be encoded: %s", reason.c_str());
+  const Users users = sound_users_;
   for (User* user : users) user->onEncodingFailed(reason);
 }
 

@@ -7,39 +7,52 @@
 
 #include "core/engine_context.h"
 #include "media/picture_taps.h"
+#include "media/sound_encoder.h"
+#include "media/sound_taps.h"
 #include "media/video_encoder.h"
 
 namespace corvane::rtc {
 
 /// Engine thread only.
-class LocalMedia final : public VideoEncoder::Listener {
+class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Listener {
  public:
   class User {
    public:
-    /// The camera can no longer be encoded; what was lent is about to go.
+    /// Pictures come from another encoder from now on; the one before is about to go.
+    virtual void onVideoEncoder(VideoEncoder& encoder) = 0;
+    /// A medium can no longer be encoded; what was lent is about to go.
     virtual void onEncodingFailed(const std::string& reason) = 0;
 
    protected:
     ~User() = default;
   };
 
-  LocalMedia(EngineContext& context, PictureTaps& camera);
+  LocalMedia(EngineContext& context, PictureTaps& camera, SoundTaps& microphone);
   ~LocalMedia();
   LocalMedia(const LocalMedia&) = delete;
   LocalMedia& operator=(const LocalMedia&) = delete;
 
-  /// The camera's encoder, until given back. Every user gets the same. Null when there can be none.
+  /// Encoders, until given back. Every user gets the same. Null when there can be none.
   VideoEncoder* borrowVideo(User& user);
+  SoundEncoder* borrowSound(User& user);
   void giveBackVideo(User& user);
+  void giveBackSound(User& user);
+
+  /// Also while pictures are sent.
+  void setVideoEncoding(const VideoEncoding& encoding);
 
  private:
   void onEncoderFailed(const std::string& reason) override;
+  void onSoundEncoderFailed(const std::string& reason) override;
 
   EngineContext& context_;
   PictureTaps& camera_;
+  SoundTaps& microphone_;
   VideoEncoding encoding_;
   std::unique_ptr<VideoEncoder> video_;
+  std::unique_ptr<SoundEncoder> sound_;
   std::vector<User*> video_users_;
+  std::vector<User*> sound_users_;
 };
 
 }  // namespace corvane::rtc

@@ -82,8 +82,8 @@ const char* VideoEncoder::codec() {
 }
 
 VideoEncoder::VideoEncoder(EngineContext& context, const VideoEncoding& wanted, Listener& listener)
-    : context_(context), listener_(listener), wanted_bitrate_(wanted.bitrate), pipeline_("encoder") {
-  build(wanted);
+    : context_(context), listener_(listener), wanted_(wanted), pipeline_("encoder") {
+  build();
 }
 
 VideoEncoder::~VideoEncoder() {
@@ -91,10 +91,11 @@ VideoEncoder::~VideoEncoder() {
   gst_element_set_state(pipeline_.get(), GST_STATE_NULL);
 }
 
-void VideoEncoder::build(const VideoEncoding& wanted) {
+void VideoEncoder::build() {
   const Kind* kind = installedKind();
   if (kind == nullptr) return fail("no encoder is installed: GStreamer's x264enc, openh264enc or vp8enc");
   GstElement* source = pipeline_.add("appsrc", "pictures");
+  GstElement* rate = pipeline_.add("videorate", "rate");
   GstElement* scale = pipeline_.add("videoconvertscale", "scale");
   GstElement* raw = pipeline_.add("capsfilter", "raw");
   encoder_ = pipeline_.add(kind->element, "encoder");
@@ -107,8 +108,11 @@ void VideoEncoder::build(const VideoEncoding& wanted) {
                guint64{0}, nullptr);
   gst_util_set_object_arg(G_OBJECT(source), "leaky-type", "downstream");
   kind->set_up(encoder_);
-  if (wanted.bitrate > 0) kind->set_bitrate(encoder_, wanted.bitrate);
-  g_object_set(raw, "caps", rawCaps(wanted).get(), nullptr);
+  if (wanted_.bitrate > 0) kind->set_bitrate(encoder_, wanted_.bitrate);
+  // Leaves pictures out where there are more than wanted; makes up none.
+  g_object_set(rate, "drop-only", TRUE, nullptr);
+  if (wanted_.frame_rate > 0) g_object_set(rate, "max-rate", wanted_.frame_rate, nullptr);
+  g_object_set(raw, "caps", rawCaps(wanted_).get(), nullptr);
   gst_util_set_object_arg(G_OBJECT(encoded), "caps", kind->format);
 
   g_object_set(sink, "sync", FALSE, "async", FALSE, "qos", FALSE, "enable-last-sample", FALSE, nullptr);
@@ -117,21 +121,19 @@ void VideoEncoder::build(const VideoEncoding& wanted) {
     return static_cast<VideoEncoder*>(self)->onSample(GstPtr<GstSample>(gst_app_sink_pull_sample(app_sink)));
   };
   gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
-  gst_element_link_many(source, scale, raw, encoder_, encoded, sink, nullptr);
+  gst_element_link_many(source, rate, scale, raw, encoder_, encoded, sink, nullptr);
   watch_ = watchBus<&VideoEncoder::onMessage>(pipeline_.bus().get(), context_.thread, this);
   pipeline_.countFromClock();
   if (!pipeline_.play()) fail("the encoder does not start");
 }
 
-void VideoEncoder::setBitrate(int32_t kbit) {
-  wanted_bitrate_.store(kbit, std::memory_order_relaxed);
-  if (encoder_ != nullptr && kbit > 0) installedKind()->set_bitrate(encoder_, kbit);
-}
-
 void VideoEncoder::setRate(const GstVideoInfo& info) {
-  if (wanted_bitrate_.load(std::memory_order_relaxed) > 0) return;
-  const int fps = GST_VIDEO_INFO_FPS_N(&info) > 0 ? GST_VIDEO_INFO_FPS_N(&info) / GST_VIDEO_INFO_FPS_D(&info) : 30;
-  const double pixels = static_cast<double>(GST_VIDEO_INFO_WIDTH(&info)) * GST_VIDEO_INFO_HEIGHT(&info) * fps;
+  if (wanted_.bitrate > 0) return;
+  int fps = GST_VIDEO_INFO_FPS_N(&info) > 0 ? GST_VIDEO_INFO_FPS_N(&info) / GST_VIDEO_INFO_FPS_D(&info) : 30;
+  if (wanted_.frame_rate > 0) fps = std::min(fps, wanted_.frame_rate);
+  const int width = wanted_.width > 0 ? wanted_.width : GST_VIDEO_INFO_WIDTH(&info);
+  const int height = wanted_.height > 0 ? wanted_.height : GST_VIDEO_INFO_HEIGHT(&info);
+  const double pixels = static_cast<double>(width) * height * fps;
   const auto kbit = static_cast<int32_t>(pixels * kBitsPerPixel / 1000);
   installedKind()->set_bitrate(encoder_, std::clamp(kbit, kMinBitrate, kMaxBitrate));
 }

@@ -51,8 +51,6 @@ class VideoEncoder final : public PictureTap {
   VideoEncoder(const VideoEncoder&) = delete;
   VideoEncoder& operator=(const VideoEncoder&) = delete;
 
-  void setBitrate(int32_t kbit);
-
   EncodedTaps& taps() { return taps_; }
   const EncodedCounts& counts() const { return counts_; }
   /// Any thread. The next picture is encoded so that decoding can begin with it.
@@ -64,7 +62,7 @@ class VideoEncoder final : public PictureTap {
   static const char* codec();
 
  private:
-  void build(const VideoEncoding& wanted);
+  void build();
   void fail(const std::string& reason);
   void onMessage(GstMessage* message);
   GstFlowReturn onSample(GstPtr<GstSample> sample);
@@ -76,7 +74,7 @@ class VideoEncoder final : public PictureTap {
   EncodedTaps taps_;
   EncodedCounts counts_;
   std::atomic<bool> key_frame_wanted_ = false;
-  std::atomic<int32_t> wanted_bitrate_;
+  const VideoEncoding wanted_;
   Pipeline pipeline_;
   GstAppSrc* source_ = nullptr;
   GstElement* encoder_ = nullptr;

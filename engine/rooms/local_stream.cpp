@@ -1,6 +1,7 @@
 #include "rooms/local_stream.h"
 
 #include "core/json.h"
+#include "rooms/room_report.h"
 
 namespace corvane::rtc {
 
@@ -34,10 +35,18 @@ void LocalStream::update() {
   const bool is_new = publisher_ == nullptr;
   if (is_new) publisher_ = std::make_unique<Publisher>(room_.engine, *session_, loopback_only_, *this);
   if ((published_ & kMediaStreamVideo) != 0) {
-    publisher_->setVideo(room_.media.borrowVideo(*this));
+    video_ = room_.media.borrowVideo(*this);
+    publisher_->setVideo(video_);
   } else {
     publisher_->setVideo(nullptr);
+    video_ = nullptr;
     room_.media.giveBackVideo(*this);
+  }
+  if ((published_ & kMediaStreamAudio) != 0) {
+    publisher_->setSound(room_.media.borrowSound(*this));
+  } else {
+    publisher_->setSound(nullptr);
+    room_.media.giveBackSound(*this);
   }
   if (is_new) publisher_->start();
 }
@@ -45,7 +54,11 @@ void LocalStream::update() {
 void LocalStream::close() {
   retry_.reset();
   publisher_.reset();
+  video_ = nullptr;
+  connection_ = {};
+  taken_ = {};
   room_.media.giveBackVideo(*this);
+  room_.media.giveBackSound(*this);
 }
 
 void LocalStream::onPeerConnected() {
@@ -61,6 +74,67 @@ void LocalStream::onPeerFailed(const std::string& reason) {
   const Json extra = {{"reason", reason}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStatePublishFailed,
                                      jsonText(extra).c_str());
+}
+
+void LocalStream::onVideoEncoder(VideoEncoder& encoder) {
+  if (publisher_ == nullptr) return;
+  publisher_->setVideo(&encoder);
+  video_ = &encoder;
+  taken_.pictures_in = taken_.pictures_out = taken_.encoded_bytes = taken_.encode_ns = 0;
+}
+
+void LocalStream::requestStatistics() {
+  if (publisher_ == nullptr) return;
+  publisher_->peer().requestStatistics(
+      [this](const GstStructure* report) { connection_ = readConnectionStats(report); });
+}
+
+bool LocalStream::takeStatistics(int32_t interval_ms, LocalStreamStats& stats, int64_t& sent_bytes) {
+  if (publisher_ == nullptr || published_ == 0) return false;
+  Counters now = {.sound_bytes = publisher_->soundBytes(), .video_bytes = publisher_->videoBytes()};
+  LocalVideoStats& video = stats.video_stats;
+  if (video_ != nullptr) {
+    const EncodedCounts& counts = video_->counts();
+    now.pictures_in = counts.pictures_in;
+    now.pictures_out = counts.pictures_out;
+    now.encoded_bytes = counts.bytes_out;
+    now.encode_ns = counts.encode_ns;
+    video.encoded_frame_width = counts.width;
+    video.encoded_frame_height = counts.height;
+    video.codec_type = videoCodecType(VideoEncoder::codec());
+  }
+  const auto rate = [interval_ms](int64_t count) {
+    return interval_ms > 0 ? static_cast<int32_t>((count * 1000 + interval_ms / 2) / interval_ms) : 0;
+  };
+  const int64_t encoded = now.pictures_out - taken_.pictures_out;
+  video.sent_kbitrate = bitrate(now.video_bytes - taken_.video_bytes, interval_ms);
+  video.input_frame_rate = rate(now.pictures_in - taken_.pictures_in);
+  video.encoder_output_frame_rate = rate(encoded);
+  video.sent_frame_rate = video.encoder_output_frame_rate;
+  video.renderer_output_frame_rate = video.input_frame_rate;
+  video.stats_interval = interval_ms;
+  video.video_loss_rate = connection_.sent_video.fraction_lost;
+  video.rtt = connection_.sent_video.rtt_ms;
+  video.encoded_bitrate = bitrate(now.encoded_bytes - taken_.encoded_bytes, interval_ms);
+  video.encoded_frame_count = static_cast<int32_t>(encoded);
+  video.jitter = connection_.sent_video.jitter_ms;
+  if (encoded > 0) {
+    video.codec_elapse_per_frame = static_cast<int32_t>((now.encode_ns - taken_.encode_ns) / encoded / 1'000'000);
+  }
+  LocalAudioStats& sound = stats.audio_stats;
+  sound.send_kbitrate = bitrate(now.sound_bytes - taken_.sound_bytes, interval_ms);
+  sound.stats_interval = interval_ms;
+  sound.audio_loss_rate = connection_.sent_sound.fraction_lost;
+  sound.rtt = connection_.sent_sound.rtt_ms;
+  sound.jitter = connection_.sent_sound.jitter_ms;
+  if ((published_ & kMediaStreamAudio) != 0) {
+    sound.record_sample_rate = kSoundRate;
+    sound.sent_sample_rate = kSoundRate;
+    sound.num_channels = 1;
+  }
+  sent_bytes += now.sound_bytes - taken_.sound_bytes + now.video_bytes - taken_.video_bytes;
+  taken_ = now;
+  return true;
 }
 
 void LocalStream::onEncodingFailed(const std::string& reason) {

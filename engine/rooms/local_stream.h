@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "rooms/connection_stats.h"
 #include "rooms/publisher.h"
 #include "rooms/room_context.h"
 
@@ -25,7 +26,10 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   /// Null when the stay has ended, or is interrupted. The session must live until it is replaced.
   void setSession(RoomSession* session, bool loopback_only);
 
-  Publisher* publisher() { return publisher_.get(); }
+  /// Brings the connection's counters up to date, a moment later.
+  void requestStatistics();
+  /// What was sent since the call before; bytes are added to `sent_bytes`. False when nothing is published.
+  bool takeStatistics(int32_t interval_ms, LocalStreamStats& stats, int64_t& sent_bytes);
 
  private:
   void update();
@@ -33,13 +37,27 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
 
   void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
+  void onVideoEncoder(VideoEncoder& encoder) override;
   void onEncodingFailed(const std::string& reason) override;
 
   RoomContext& room_;
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
   int32_t published_ = 0;
+  // As they were when statistics were taken last.
+  struct Counters {
+    int64_t sound_bytes = 0;
+    int64_t video_bytes = 0;
+    int64_t pictures_in = 0;
+    int64_t pictures_out = 0;
+    int64_t encoded_bytes = 0;
+    int64_t encode_ns = 0;
+  };
+
   std::unique_ptr<Publisher> publisher_;
+  VideoEncoder* video_ = nullptr;  // borrowed
+  ConnectionStats connection_;
+  Counters taken_;
   AttachedSource retry_;
 };
 

@@ -24,6 +24,9 @@ constexpr Chain kChains[] = {
     {"vp8", "rtpvp8depay", nullptr, "vp8dec"},
 };
 
+// A pause between pictures that a viewer notices.
+constexpr GstClockTime kStall = 200 * GST_MSECOND;
+
 void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) {
   g_object_set(transceiver, "do-nack", TRUE, nullptr);
 }
@@ -42,6 +45,7 @@ RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::
   if (peer_.webrtc() == nullptr) return;
   for (const FeedStream& stream : streams_) {
     if (stream.is_video && video_entry_ == nullptr) addVideo(stream);
+    if (!stream.is_video && sound_entry_ == nullptr) addSound(stream);
   }
   const auto on_pad = +[](GstElement*, GstPad* pad, gpointer self) { static_cast<RemoteFeed*>(self)->linkPad(pad); };
   g_signal_connect(peer_.webrtc(), "pad-added", G_CALLBACK(on_pad), this);
@@ -84,12 +88,65 @@ void RemoteFeed::addVideo(const FeedStream& stream) {
   video_entry_ = depayloader;
 }
 
+void RemoteFeed::addSound(const FeedStream& stream) {
+  if (stream.codec != "opus") return peer_.fail("an audio codec that is not known here: " + stream.codec);
+  Pipeline& pipeline = peer_.pipeline();
+  GstElement* depayloader = pipeline.add("rtpopusdepay", "sound");
+  GstElement* decoder = pipeline.add("opusdec", nullptr);
+  GstElement* convert = pipeline.add("audioconvert", nullptr);
+  GstElement* resample = pipeline.add("audioresample", nullptr);
+  GstElement* sink = pipeline.add("appsink", "blocks");
+  if (!pipeline.missing().empty()) return;  // start() tells
+  // What was lost is taken from the packet after it, or made up.
+  g_object_set(decoder, "use-inband-fec", TRUE, "plc", TRUE, nullptr);
+  g_object_set(sink, "sync", FALSE, "async", FALSE, "qos", FALSE, "enable-last-sample", FALSE, nullptr);
+  const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", "layout",
+                                                 G_TYPE_STRING, "interleaved", "rate", G_TYPE_INT, kSoundRate,
+                                                 "channels", GST_TYPE_INT_RANGE, 1, kMaxSoundChannels, nullptr));
+  gst_app_sink_set_caps(GST_APP_SINK(sink), caps.get());
+  GstAppSinkCallbacks callbacks = {};
+  callbacks.new_sample = [](GstAppSink* app_sink, gpointer self) {
+    return static_cast<RemoteFeed*>(self)->onSound(GstPtr<GstSample>(gst_app_sink_pull_sample(app_sink)));
+  };
+  gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
+  gst_element_link_many(depayloader, decoder, convert, resample, sink, nullptr);
+  sound_entry_ = depayloader;
+}
+
+GstFlowReturn RemoteFeed::onSound(GstPtr<GstSample> sample) {
+  if (sample == nullptr) return GST_FLOW_FLUSHING;
+  gint channels = 0;
+  gst_structure_get_int(gst_caps_get_structure(gst_sample_get_caps(sample.get()), 0), "channels", &channels);
+  if (channels < 1 || channels > kMaxSoundChannels) return GST_FLOW_NOT_NEGOTIATED;
+  if (channels != block_.channels) {
+    block_.channels = channels;
+    block_samples_ = 0;
+  }
+  GstMapInfo map;
+  if (!gst_buffer_map(gst_sample_get_buffer(sample.get()), &map, GST_MAP_READ)) return GST_FLOW_OK;
+  const auto* samples = reinterpret_cast<const int16_t*>(map.data);
+  const size_t block_size = block_.samples().size();
+  for (size_t left = map.size / sizeof(int16_t); left > 0;) {
+    const size_t taken = std::min(left, block_size - block_samples_);
+    std::copy_n(samples, taken, block_.storage.begin() + static_cast<ptrdiff_t>(block_samples_));
+    samples += taken;
+    left -= taken;
+    block_samples_ += taken;
+    if (block_samples_ < block_size) break;
+    block_samples_ = 0;
+    block_.time_us = static_cast<int64_t>(GST_TIME_AS_USECONDS(clockNow()));
+    receiver_.onRemoteSound(block_);
+  }
+  gst_buffer_unmap(gst_sample_get_buffer(sample.get()), &map);
+  return GST_FLOW_OK;
+}
+
 void RemoteFeed::linkPad(GstPad* pad) {
   if (GST_PAD_DIRECTION(pad) != GST_PAD_SRC) return;
   const GstPtr<GstCaps> caps(gst_pad_get_current_caps(pad));
   if (caps == nullptr) return;
   const char* media = gst_structure_get_string(gst_caps_get_structure(caps.get(), 0), "media");
-  GstElement* entry = g_strcmp0(media, "video") == 0 ? video_entry_ : nullptr;
+  GstElement* entry = g_strcmp0(media, "video") == 0 ? video_entry_ : sound_entry_;
   if (entry == nullptr) {
     // Unlinked, it would end the whole connection with its first packet.
     const auto drop = +[](GstPad*, GstPadProbeInfo*, gpointer) { return GST_PAD_PROBE_DROP; };
@@ -103,7 +160,9 @@ void RemoteFeed::linkPad(GstPad* pad) {
 void RemoteFeed::setWanted(int32_t media) {
   for (const FeedStream& stream : streams_) {
     const int32_t bit = stream.is_video ? kMediaStreamVideo : kMediaStreamAudio;
-    if (((wanted_ ^ media) & bit) != 0) link_->setSending(stream.mid, (media & bit) != 0);
+    if (((wanted_ ^ media) & bit) == 0) continue;
+    if (stream.is_video) resumed_.store(true);
+    link_->setSending(stream.mid, (media & bit) != 0);
   }
   wanted_ = media;
 }
@@ -118,10 +177,11 @@ GstFlowReturn RemoteFeed::onPicture(GstPtr<GstSample> sample) {
     counts_.height.store(GST_VIDEO_INFO_HEIGHT(&info_), std::memory_order_relaxed);
   }
   const GstClockTime now = clockNow();
-  if (GST_CLOCK_TIME_IS_VALID(last_picture_)) {
-    const auto gap = static_cast<int64_t>(now - last_picture_);
-    if (gap > counts_.longest_gap_ns.load(std::memory_order_relaxed)) {
-      counts_.longest_gap_ns.store(gap, std::memory_order_relaxed);
+  if (GST_CLOCK_TIME_IS_VALID(last_picture_) && !resumed_.exchange(false)) {
+    const GstClockTime gap = now - last_picture_;
+    if (gap > kStall) {
+      counts_.stalls.fetch_add(1, std::memory_order_relaxed);
+      counts_.stall_ns.fetch_add(static_cast<int64_t>(gap), std::memory_order_relaxed);
     }
   }
   last_picture_ = now;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "media/picture.h"
+#include "media/sound_block.h"
 #include "rooms/peer_connection.h"
 #include "service/signalling.h"
 
@@ -19,7 +20,8 @@ namespace corvane::rtc {
 /// What has arrived since the feed was opened. Any thread may read it.
 struct FeedCounts {
   std::atomic<int64_t> pictures = 0;
-  std::atomic<int64_t> longest_gap_ns = 0;  ///< between two pictures; read and reset by reports
+  std::atomic<int64_t> stalls = 0;    ///< gaps of more than 200 ms between two pictures
+  std::atomic<int64_t> stall_ns = 0;  ///< all of them together
   std::atomic<int32_t> width = 0;
   std::atomic<int32_t> height = 0;
 };
@@ -31,6 +33,8 @@ class RemoteFeed final {
    public:
     /// On the feed's own thread, one picture at a time.
     virtual void onRemotePicture(const Picture& picture) = 0;
+    /// On another thread of the feed's, 10 ms at a time.
+    virtual void onRemoteSound(const SoundBlock& block) = 0;
 
    protected:
     ~Receiver() = default;
@@ -50,25 +54,31 @@ class RemoteFeed final {
 
   const std::vector<FeedStream>& streams() const { return streams_; }
   const FeedCounts& counts() const { return counts_; }
-  FeedCounts& counts() { return counts_; }
   PeerConnection& peer() { return peer_; }
 
  private:
   void addVideo(const FeedStream& stream);
+  void addSound(const FeedStream& stream);
   void linkPad(GstPad* pad);
   GstFlowReturn onPicture(GstPtr<GstSample> sample);
+  GstFlowReturn onSound(GstPtr<GstSample> sample);
 
   const std::vector<FeedStream> streams_;
   Receiver& receiver_;
   FeedCounts counts_;
   PeerConnection peer_;
   int32_t wanted_;
-  GstElement* video_entry_ = nullptr;  // where received packets go in
+  std::atomic<bool> resumed_ = false;  // pictures come again that were not wanted for a while
+  GstElement* video_entry_ = nullptr;  // where received packets go in, as is:
+  GstElement* sound_entry_ = nullptr;
   std::unique_ptr<FeedLink> link_;
   // The feed's own thread's:
   GstPtr<GstCaps> caps_;
   GstVideoInfo info_ = {};
   GstClockTime last_picture_ = GST_CLOCK_TIME_NONE;
+  // The sound thread's: a block on its way.
+  SoundBlock block_ = {};
+  size_t block_samples_ = 0;
 };
 
 }  // namespace corvane::rtc

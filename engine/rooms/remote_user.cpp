@@ -1,9 +1,11 @@
 #include "rooms/remote_user.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/json.h"
 #include "corvane_rtc/rtc_video_events.h"
+#include "rooms/room_report.h"
 
 namespace corvane::rtc {
 
@@ -17,7 +19,8 @@ RemoteUser::RemoteUser(RoomContext& room, std::string uid, int32_t wanted)
     : room_(room),
       uid_(std::move(uid)),
       sink_(room.sinks.find(room.room_id, uid_, kStreamIndexMain)),
-      wanted_(wanted) {}
+      wanted_(wanted),
+      input_(room.playback.addInput()) {}
 
 RemoteUser::~RemoteUser() {
   feed_.reset();
@@ -43,6 +46,7 @@ void RemoteUser::update(RoomSession* session, bool loopback_only) {
     retry_.reset();
     opening_ = std::make_shared<char>();
     seen_size_ = {};
+    sound_seen_ = false;
     feed_ = std::make_unique<RemoteFeed>(room_.engine, *session_, uid_, streams_, loopback_only_, *this, *this);
     feed_->start();
   }
@@ -62,6 +66,12 @@ void RemoteUser::closeFeed(RemoteVideoStateChangeReason reason) {
   feed_.reset();
   opening_.reset();  // read by the feed's thread until it has ended
   reported_size_ = {};
+  connection_ = {};
+  taken_ = {};
+  if (std::exchange(sounding_, false)) {
+    const auto sound_reason = static_cast<RemoteAudioStateChangeReason>(reason);
+    room_.engine.events->onRemoteAudioStateChanged(key(), kRemoteAudioStateStopped, sound_reason);
+  }
   if (std::exchange(decoding_, false)) {
     room_.engine.events->onRemoteVideoStateChanged(key(), kRemoteVideoStateStopped, reason);
   }
@@ -108,6 +118,78 @@ void RemoteUser::onSize(Size size, bool shown) {
   } else if (size != previous) {
     events.onRemoteVideoSizeChanged(key(), info);
   }
+}
+
+void RemoteUser::onRemoteSound(const SoundBlock& block) {
+  if (!sound_seen_) {
+    sound_seen_ = true;
+    room_.engine.thread.post(opening_, [this] { onFirstSound(); });
+  }
+  input_->push(block);
+}
+
+void RemoteUser::onFirstSound() {
+  sounding_ = true;
+  room_.engine.events->onRemoteAudioStateChanged(key(), kRemoteAudioStateDecoding, kRemoteAudioStateReasonInternal);
+  room_.engine.events->onFirstRemoteAudioFrame(key());
+}
+
+void RemoteUser::setVolume(int32_t user, int32_t room) {
+  constexpr float kUnchanged = 100 * 100;
+  input_->setGain(static_cast<float>(user) * static_cast<float>(room) / kUnchanged);
+}
+
+void RemoteUser::requestStatistics() {
+  if (feed_ == nullptr) return;
+  feed_->peer().requestStatistics([this](const GstStructure* report) { connection_ = readConnectionStats(report); });
+}
+
+bool RemoteUser::takeStatistics(int32_t interval_ms, RemoteStreamStats& stats, int64_t& received_bytes) {
+  if (feed_ == nullptr) return false;
+  const FeedCounts& counts = feed_->counts();
+  const Counters now = {connection_, counts.pictures, counts.stalls, counts.stall_ns};
+  const MediumStats& video_before = taken_.connection.received_video;
+  const MediumStats& video_now = now.connection.received_video;
+  const MediumStats& sound_before = taken_.connection.received_sound;
+  const MediumStats& sound_now = now.connection.received_sound;
+  const auto stall_ms = static_cast<int32_t>((now.stall_ns - taken_.stall_ns) / 1'000'000);
+
+  stats.uid = uid_.c_str();
+  RemoteVideoStats& video = stats.video_stats;
+  video.width = counts.width;
+  video.height = counts.height;
+  video.video_loss_rate = lossRate(video_now.lost - video_before.lost, video_now.packets - video_before.packets);
+  video.received_kbitrate = bitrate(video_now.bytes - video_before.bytes, interval_ms);
+  if (interval_ms > 0) {
+    video.decoder_output_frame_rate =
+        static_cast<int32_t>(((now.pictures - taken_.pictures) * 1000 + interval_ms / 2) / interval_ms);
+    video.frozen_rate = std::min(stall_ms * 100 / interval_ms, 100);
+  }
+  video.renderer_output_frame_rate = sink_->attached() ? video.decoder_output_frame_rate : 0;
+  video.stall_count = static_cast<int32_t>(now.stalls - taken_.stalls);
+  video.stall_duration = stall_ms;
+  video.stats_interval = interval_ms;
+  video.jitter = video_now.jitter_ms;
+  for (const FeedStream& stream : streams_) {
+    if (stream.is_video) video.codec_type = videoCodecType(stream.codec);
+  }
+  RemoteAudioStats& sound = stats.audio_stats;
+  sound.audio_loss_rate = lossRate(sound_now.lost - sound_before.lost, sound_now.packets - sound_before.packets);
+  sound.received_kbitrate = bitrate(sound_now.bytes - sound_before.bytes, interval_ms);
+  sound.stats_interval = interval_ms;
+  sound.jitter = sound_now.jitter_ms;
+  if (sounding_) {
+    sound.playout_sample_rate = kSoundRate;
+    sound.received_sample_rate = kSoundRate;
+    sound.dec_sample_rate = kSoundRate;
+    sound.quality = networkQuality(sound.audio_loss_rate, sound.rtt);
+  }
+  stats.remote_rx_quality =
+      networkQuality(std::max(sound.audio_loss_rate, video.video_loss_rate), std::max(sound.rtt, video.rtt));
+  received_bytes += std::max<int64_t>(sound_now.bytes - sound_before.bytes, 0) +
+                    std::max<int64_t>(video_now.bytes - video_before.bytes, 0);
+  taken_ = now;
+  return true;
 }
 
 }  // namespace corvane::rtc

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "media/sound_mixer.h"
+#include "rooms/connection_stats.h"
 #include "rooms/member_state.h"
 #include "rooms/remote_feed.h"
 #include "rooms/room_context.h"
@@ -40,7 +42,13 @@ class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Rec
   void suspend();
   void resume() { present_ = true; }
 
-  RemoteFeed* feed() { return feed_.get(); }
+  /// Percent, of this user alone and of its room.
+  void setVolume(int32_t user, int32_t room);
+
+  /// Brings the connection's counters up to date, a moment later.
+  void requestStatistics();
+  /// What arrived since the call before; bytes are added to `received_bytes`. False when nothing is received.
+  bool takeStatistics(int32_t interval_ms, RemoteStreamStats& stats, int64_t& received_bytes);
 
  private:
   struct Size {
@@ -57,6 +65,8 @@ class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Rec
   void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
   void onRemotePicture(const Picture& picture) override;
+  void onRemoteSound(const SoundBlock& block) override;
+  void onFirstSound();
 
   RoomContext& room_;
   const std::string uid_;
@@ -69,10 +79,23 @@ class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Rec
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
   bool decoding_ = false;
+  bool sounding_ = false;
   Size reported_size_;
   std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
   AttachedSource retry_;
-  Size seen_size_;  // the feed's own thread's
+  Size seen_size_;           // the feed's own thread's
+  bool sound_seen_ = false;  // the feed's sound thread's
+  const std::shared_ptr<SoundMixer::Input> input_;
+
+  // As they were when statistics were taken last.
+  struct Counters {
+    ConnectionStats connection;
+    int64_t pictures = 0;
+    int64_t stalls = 0;
+    int64_t stall_ns = 0;
+  };
+  ConnectionStats connection_;
+  Counters taken_;
   std::unique_ptr<RemoteFeed> feed_;
 };
 

@@ -1,5 +1,6 @@
 #include "rooms/room.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/json.h"
@@ -19,14 +20,18 @@ constexpr std::chrono::milliseconds kReturnDue(8000);
 constexpr std::chrono::seconds kOwnGhost(40);
 constexpr std::chrono::milliseconds kRejoinPause(500);
 constexpr std::chrono::milliseconds kCheckPause(250);
+constexpr size_t kMaxRoomInfo = 10;
 
 }  // namespace
 
-Room::Room(EngineContext& engine, LocalMedia& media, RemoteSinks& sinks, std::string id, Service& service)
-    : context_{engine, media, sinks, std::move(id), "", &no_room_events},
+Room::Room(RoomContext context, Service& service)
+    : context_(std::move(context)),
       service_(service),
       local_(context_),
-      messages_(context_, *this) {}
+      messages_(context_, *this),
+      report_(context_, *this) {
+  setHandler(context_.events);
+}
 
 Room::~Room() {
   context_.events = &no_room_events;
@@ -50,7 +55,9 @@ void Room::join(RoomJoin join) {
   paused_ = 0;
   own_ = {};
   own_.extra_info = join_.extra_info;
-  own_.published = join_.auto_publish ? kMediaStreamBoth : 0;
+  own_.visible = visible_;
+  own_.published = join_.auto_publish && visible_ ? kMediaStreamBoth : 0;
+  room_info_.clear();
   if (service_.state() == Service::State::kUnreachable) return end(kRoomStateJoinFailed, service_.problem());
   if (service_.state() == Service::State::kUp) enter();
 }
@@ -65,8 +72,7 @@ void Room::leave() {
   own_.leaving = true;
   if (state_ == State::kIn) tellState();
   context_.engine.log.info("room %s: %s leaves", context_.room_id.c_str(), join_.user_id.c_str());
-  RoomStats stats = {};
-  if (was_in_) stats.duration = millisecondsSince(joined_at_) / 1000;
+  const RoomStats stats = was_in_ ? report_.total() : RoomStats();
   state_ = State::kOut;
   drop();
   users_.clear();
@@ -78,6 +84,7 @@ void Room::leave() {
 void Room::drop() {
   retry_.reset();
   check_.reset();
+  report_.stop();
   local_.setSession(nullptr, false);
   messages_.setSession(nullptr, false);
   for (auto& [id, entry] : users_) entry.user->suspend();
@@ -123,6 +130,7 @@ void Room::onJoined() {
   local_.setPublished(own_.published);
   local_.setSession(session_.get(), loopback);
   if (!was_in_) joined_at_ = std::chrono::steady_clock::now();
+  report_.start();
   reportState(kRoomStateJoined, "");
   was_in_ = true;
   tellState();
@@ -163,6 +171,8 @@ Room::Entry& Room::entryOf(const std::string& user) {
   if (entry.user == nullptr) {
     entry.user = std::make_unique<RemoteUser>(context_, user, subscribe_new_);
     entry.user->setPaused(paused_);
+    const auto volume = volumes_.find(user);
+    entry.user->setVolume(volume != volumes_.end() ? volume->second : 100, room_volume_);
     entry.known_since = std::chrono::steady_clock::now();
   }
   return entry;
@@ -197,9 +207,11 @@ void Room::onMemberLeft(const std::string& member) {
 
 void Room::refresh(Entry& entry) {
   RemoteUser& user = *entry.user;
+  takeRoomInfo(user.state());
   user.update(session_.get(), service_.onLoopback());
   if (!entry.announced) announce(entry);
   if (!entry.announced || user.state().leaving) return;
+  if (!user.state().visible) return hide(entry);
   const int32_t available = user.available();
   const int32_t begun = available & ~entry.published;
   const int32_t ended = entry.published & ~available;
@@ -219,11 +231,20 @@ void Room::announce(Entry& entry) {
   context_.events->onUserJoined(info, millisecondsSince(joined_at_));
 }
 
+void Room::hide(Entry& entry) {
+  const std::string uid = entry.user->uid();
+  const int32_t published = std::exchange(entry.published, 0);
+  entry.announced = false;
+  if (published != 0) context_.events->onUserUnpublishStream(uid.c_str(), published, kStreamRemoveReasonUnpublish);
+  context_.events->onUserLeave(uid.c_str(), kUserLeaveReasonInvisible);
+}
+
 void Room::remove(const std::string& user, UserLeaveReason reason) {
   const auto found = users_.find(user);
   const Entry entry = std::move(found->second);
   users_.erase(found);
   entry.user->suspend();
+  adoptRoomInfo(entry.user->state());
   if (!entry.announced) return;
   if (entry.published != 0) {
     context_.events->onUserUnpublishStream(
@@ -265,7 +286,10 @@ void Room::setPublished(int32_t media) {
 }
 
 void Room::publish(int32_t media) {
-  setPublished(own_.published | media);
+  if (own_.visible) return setPublished(own_.published | media);
+  const Json extra = {{"reason", "invisible users cannot publish"}};
+  context_.events->onStreamStateChanged(context_.room_id.c_str(), join_.user_id.c_str(),
+                                        kStreamStateNoPublishPermission, jsonText(extra).c_str());
 }
 
 void Room::unpublish(int32_t media) {
@@ -312,6 +336,84 @@ void Room::setPaused(int32_t media, bool paused) {
     entry.user->setPaused(paused_);
     refresh(entry);
   }
+}
+
+std::vector<RemoteUser*> Room::remoteUsers() {
+  std::vector<RemoteUser*> present;
+  for (auto& [id, entry] : users_) {
+    if (entry.user->present()) present.push_back(entry.user.get());
+  }
+  return present;
+}
+
+void Room::setVolume(const std::string& user, int32_t volume) {
+  volumes_[user] = volume;
+  const auto found = users_.find(user);
+  if (found != users_.end()) found->second.user->setVolume(volume, room_volume_);
+}
+
+void Room::setRoomVolume(int32_t volume) {
+  room_volume_ = volume;
+  for (auto& [id, entry] : users_) {
+    const auto own = volumes_.find(id);
+    entry.user->setVolume(own != volumes_.end() ? own->second : 100, volume);
+  }
+}
+
+// What is told of the room and of oneself.
+
+void Room::setVisible(bool visible) {
+  visible_ = visible;
+  if (state_ == State::kOut) return context_.events->onUserVisibilityChanged(visible, kUserVisibilityErrorOk);
+  own_.visible = visible;
+  if (visible) {
+    tellState();
+  } else {
+    setPublished(0);  // tells the state
+  }
+  context_.events->onUserVisibilityChanged(visible, kUserVisibilityErrorOk);
+}
+
+void Room::setExtraInfo(int32_t task, const std::string& key, const std::string& value) {
+  context_.events->onSetRoomExtraInfoResult(task, tryExtraInfo(key, value));
+}
+
+int32_t Room::tryExtraInfo(const std::string& key, const std::string& value) {
+  if (state_ != State::kIn) return kRoomExtraInfoErrorNotJoined;
+  if (!room_info_.contains(key) && room_info_.size() >= kMaxRoomInfo) return kRoomExtraInfoErrorTooManyKeys;
+  const auto now =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count();
+  // Later than what it replaces, whatever the clocks of the machines say.
+  const ExtraInfo info = {value, join_.user_id, std::max<int64_t>(now, room_info_[key].time_ms + 1)};
+  room_info_[key] = info;
+  own_.room_info[key] = info;
+  tellState();
+  return kRoomExtraInfoErrorOk;
+}
+
+void Room::takeRoomInfo(const MemberState& state) {
+  for (const auto& [key, info] : state.room_info) {
+    const auto known = room_info_.find(key);
+    if (known == room_info_.end() && room_info_.size() >= kMaxRoomInfo) continue;
+    if (known != room_info_.end() && known->second.time_ms >= info.time_ms) continue;
+    room_info_[key] = info;
+    own_.room_info.erase(key);  // another keeps the newer one
+    context_.events->onRoomExtraInfoUpdate(key.c_str(), info.value.c_str(), info.user.c_str(), info.time_ms);
+  }
+  tellState();
+}
+
+void Room::adoptRoomInfo(const MemberState& left) {
+  if (state_ != State::kIn) return;
+  for (const auto& [id, entry] : users_) {
+    if (entry.user->present() && id < join_.user_id) return;  // that one does
+  }
+  for (const auto& [key, info] : left.room_info) {
+    const auto known = room_info_.find(key);
+    if (known != room_info_.end() && known->second == info) own_.room_info[key] = info;
+  }
+  tellState();
 }
 
 }  // namespace corvane::rtc

@@ -14,6 +14,7 @@
 #include "rooms/remote_user.h"
 #include "rooms/room_context.h"
 #include "rooms/room_messages.h"
+#include "rooms/room_report.h"
 #include "service/signalling.h"
 
 namespace corvane::rtc {
@@ -29,9 +30,9 @@ struct RoomJoin {
 };
 
 /// Engine thread only. Operations that need the room to be joined do nothing otherwise: callers check.
-class Room final : public RoomSession::Listener, public RoomMessages::Listener {
+class Room final : public RoomSession::Listener, public RoomMessages::Listener, public RoomReport::Subject {
  public:
-  Room(EngineContext& engine, LocalMedia& media, RemoteSinks& sinks, std::string id, Service& service);
+  Room(RoomContext context, Service& service);
   ~Room();
   Room(const Room&) = delete;
   Room& operator=(const Room&) = delete;
@@ -47,6 +48,14 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener {
   void unsubscribe(const std::string& user, int32_t media);
   void subscribeAll(int32_t media);
   void unsubscribeAll(int32_t media);
+  /// Before the room is joined, too: it is joined invisible then.
+  void setVisible(bool visible);
+  /// Reported under `task`.
+  void setExtraInfo(int32_t task, const std::string& key, const std::string& value);
+  void setToken(std::string token) { join_.token = std::move(token); }
+  /// Percent: of one user, of all.
+  void setVolume(const std::string& user, int32_t volume);
+  void setRoomVolume(int32_t volume);
   /// Of all subscriptions, also those to come.
   void setPaused(int32_t media, bool paused);
   void send(OutgoingMessage message) { messages_.send(std::move(message)); }
@@ -71,9 +80,14 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener {
   void reportState(RoomState state, const std::string& reason);
   void tellState();
   void setPublished(int32_t media);
+  int32_t tryExtraInfo(const std::string& key, const std::string& value);
+  // Pairs of the room whose keeper has left are kept by the first of those who stay.
+  void adoptRoomInfo(const MemberState& left);
+  void takeRoomInfo(const MemberState& state);
   Entry& entryOf(const std::string& user);
   void refresh(Entry& entry);
   void announce(Entry& entry);
+  void hide(Entry& entry);
   void remove(const std::string& user, UserLeaveReason reason);
   void checkLater();
 
@@ -87,12 +101,18 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener {
   void onLost() override;
   void onReachableChanged() override;
   bool isInRoom(const std::string& user) const override;
+  LocalStream& localStream() override { return local_; }
+  std::vector<RemoteUser*> remoteUsers() override;
 
   RoomContext context_;
   Service& service_;
   State state_ = State::kOut;
   RoomJoin join_;
   bool was_in_ = false;  // since join()
+  bool visible_ = true;  // as the application wants it
+  int32_t room_volume_ = 100;
+  std::map<std::string, int32_t> volumes_;  // by user, where not 100
+  std::map<std::string, ExtraInfo> room_info_;
   MemberState own_;
   std::string told_;  // own_ as the others know it
   std::chrono::steady_clock::time_point join_started_;
@@ -105,6 +125,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener {
   LocalStream local_;
   RoomMessages messages_;
   std::map<std::string, Entry> users_;
+  RoomReport report_;
 };
 
 }  // namespace corvane::rtc

@@ -23,8 +23,13 @@ uint64_t stableHash(const std::string& text) {
 
 }  // namespace
 
-Rooms::Rooms(EngineContext& context, PictureTaps& camera, RemoteSinks& sinks, std::vector<std::string> services)
-    : context_(context), sinks_(sinks), media_(context, camera), addresses_(std::move(services)) {}
+Rooms::Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks,
+             SoundMixer& playback, std::vector<std::string> services)
+    : context_(context),
+      sinks_(sinks),
+      playback_(playback),
+      media_(context, camera, microphone),
+      addresses_(std::move(services)) {}
 
 // The first key of a process takes up to half a second to make, and every connection uses it: made ahead, it is not
 // waited for.
@@ -45,7 +50,7 @@ Rooms::~Rooms() {
 
 void Rooms::create(const std::string& id) {
   makeKeyAhead();
-  rooms_[id] = std::make_shared<Room>(context_, media_, sinks_, id, serviceOf(id));
+  rooms_[id] = std::make_shared<Room>(RoomContext{context_, media_, sinks_, playback_, id, "", nullptr}, serviceOf(id));
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
 }
 

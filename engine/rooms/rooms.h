@@ -19,7 +19,8 @@ namespace corvane::rtc {
 class Rooms final : public Service::Listener {
  public:
   /// services: addresses; none stands for the private service of this machine.
-  Rooms(EngineContext& context, PictureTaps& camera, RemoteSinks& sinks, std::vector<std::string> services);
+  Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks, SoundMixer& playback,
+        std::vector<std::string> services);
   ~Rooms();
   Rooms(const Rooms&) = delete;
   Rooms& operator=(const Rooms&) = delete;
@@ -29,6 +30,7 @@ class Rooms final : public Service::Listener {
   /// Null when there is none.
   std::shared_ptr<Room> find(const std::string& id) const;
   void destroy(const std::string& id);
+  LocalMedia& media() { return media_; }
 
  private:
   void makeKeyAhead();
@@ -37,6 +39,7 @@ class Rooms final : public Service::Listener {
 
   EngineContext& context_;
   RemoteSinks& sinks_;
+  SoundMixer& playback_;
   LocalMedia media_;
   const std::vector<std::string> addresses_;
   std::thread key_maker_;

@@ -113,6 +113,44 @@ test('the service outlives who started it, and ends with the last', async () => 
   await until('the service ends when its last user was killed', () => servicePid() === undefined);
 });
 
+/** Does requests at the private service as an administrator would. */
+function administrate(body) {
+  const { port, secret } = JSON.parse(fs.readFileSync(path.join(workplace, 'corvane-rtc/service.json')));
+  const script = `
+    const socket = new WebSocket('ws://127.0.0.1:${port}', 'janus-protocol');
+    const send = (message) => new Promise((resolve) => {
+      socket.onmessage = ({ data }) => resolve(JSON.parse(data));
+      socket.send(JSON.stringify({ transaction: 't', apisecret: '${secret}', ...message }));
+    });
+    socket.onopen = async () => {
+      const session_id = (await send({ janus: 'create' })).data.id;
+      const handle_id = (await send({ janus: 'attach', session_id, plugin: 'janus.plugin.videoroom' })).data.id;
+      const answer = await send({ janus: 'message', session_id, handle_id, body: ${JSON.stringify(body)} });
+      console.log(JSON.stringify(answer.plugindata.data));
+      process.exit();
+    };`;
+  return JSON.parse(execFileSync(process.execPath, ['--experimental-websocket', '--no-warnings', '-e', script]));
+}
+
+test('a room with a word to it is joined with that word, and can be ended from outside', async () => {
+  const guest = participant('guest');
+  await guest.join('hall');
+  const room = administrate({ request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true });
+  assert.strictEqual(room.videoroom, 'created');
+  const wrong = await guest.join('locked', { token: 'open barley' });
+  assert.strictEqual(wrong.state, -2);
+  assert.strictEqual(await guest.call('locked', 'sendRoomMessage', 'x'), -3);
+  assert.strictEqual((await guest.join('locked', { token: 'open sesame' })).state, 0);
+  const from = guest.events.length;
+  assert.strictEqual(administrate({ request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
+  const { room_id } = await guest.waitFor('onRoomStateChanged', ({ state }) => state === -6, from);
+  assert.strictEqual(room_id, 'locked');
+  assert.strictEqual(await guest.call('hall', 'sendRoomMessage', 'unharmed'), 1);
+  assert.strictEqual((await guest.waitFor('onRoomMessageSendResult')).error, 0);
+  await guest.end();
+  await until('the service ends', () => servicePid() === undefined);
+});
+
 test('what is missing is said', async () => {
   const empty = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-empty-'));
   const bare = participant('bare', {}, { PATH: empty });

@@ -37,7 +37,7 @@ test('packing takes the face, the binaries and what plug-ins are built from, and
   const [{ files }] = JSON.parse(npm(root, 'pack', '--dry-run', '--json'));
   const packed = files.map(({ path: file }) => file);
   assert.deepStrictEqual(filesBelow(path.join(root, 'lib')).filter((file) => !packed.includes(file)), []);
-  const binaries = [`build/release/${moduleName}`, `build/release/${engineName}`];
+  const binaries = [moduleName, engineName, 'libCorvaneRTCService.so'].map((name) => `build/release/${name}`);
   const papers = ['package.json', 'README.md', 'LICENSE', 'CHANGELOG.md'];
   const forPlugins = ['include/corvane_plugin.h', ...filesBelow(path.join(root, 'examples/plugins'))];
   const isMeant = (file) =>
