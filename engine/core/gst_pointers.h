@@ -21,6 +21,7 @@ struct GstUnref {
   void operator()(GstBus* bus) const { gst_object_unref(bus); }
   void operator()(GstClock* clock) const { gst_object_unref(clock); }
   void operator()(GstDevice* device) const { gst_object_unref(device); }
+  void operator()(GstDeviceProvider* provider) const { gst_object_unref(provider); }
   void operator()(GstDeviceMonitor* monitor) const { gst_object_unref(monitor); }
   void operator()(GstBufferPool* pool) const { gst_object_unref(pool); }
 };

@@ -55,12 +55,7 @@ void AudioDeviceList::start(bool have_gstreamer, std::function<void()> on_change
     const GstPtr<GstBus> bus(gst_device_monitor_get_bus(monitor_.get()));
     watch_ = watchBus<&AudioDeviceList::onMessage>(bus.get(), context_.thread, this);
     if (!gst_device_monitor_start(monitor_.get())) context_.log.info("no provider of sound devices on this machine");
-    GList* devices = gst_device_monitor_get_devices(monitor_.get());
-    for (GList* item = devices; item != nullptr; item = item->next) {
-      const GstPtr<GstDevice> device(GST_DEVICE(item->data));
-      add(describe(device.get()));
-    }
-    g_list_free(devices);
+    look();
   }
   publish();
   context_.log.info("%zu microphones and speakers on this machine", devices_.size());
@@ -72,6 +67,27 @@ void AudioDeviceList::stop() {
   if (monitor_ != nullptr) gst_device_monitor_stop(monitor_.get());
   monitor_.reset();
   devices_.clear();
+}
+
+void AudioDeviceList::look() {
+  gchar** names = gst_device_monitor_get_providers(monitor_.get());
+  for (gchar** name = names; name != nullptr && *name != nullptr; ++name) {
+    const GstPtr<GstDeviceProvider> provider(gst_device_provider_factory_get_by_name(*name));
+    if (provider == nullptr) continue;
+    // One that watches but cannot start has no server to ask; asking it all the same loses memory each time.
+    const bool watches = gst_device_provider_can_monitor(provider.get()) != FALSE;
+    if (watches && !gst_device_provider_start(provider.get())) continue;
+    GList* devices = gst_device_provider_get_devices(provider.get());
+    for (GList* item = devices; item != nullptr; item = item->next) {
+      const GstPtr<GstDevice> device(GST_DEVICE(item->data));
+      const bool is_sound =
+          gst_device_has_classes(device.get(), "Audio/Source") || gst_device_has_classes(device.get(), "Audio/Sink");
+      if (is_sound) add(describe(device.get()));
+    }
+    g_list_free(devices);
+    if (watches) gst_device_provider_stop(provider.get());
+  }
+  g_strfreev(names);
 }
 
 std::vector<AudioDeviceEntry> AudioDeviceList::snapshot(AudioDeviceKind kind) const {

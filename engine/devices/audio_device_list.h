@@ -46,6 +46,7 @@ class AudioDeviceList {
     AudioDeviceEntry entry;
   };
 
+  void look();
   void onMessage(GstMessage* message);
   void add(const Device& device);
   void remove(const Device& device);
