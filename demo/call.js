@@ -127,7 +127,8 @@ async function holdCall({ camera, size, rate, service, seconds, logFolder, sheet
       pictures,
       call: {
         service: service ?? 'of this machine', join_ms: second.join_ms, first_join_ms: first.join_ms, first_frame_ms,
-        remote_fps: camera_fps, sent_fps: source.fps, pushed, pushed_fps, ...seen, messages_sent: messages.sent, messages_received: messages.received,
+        remote_fps: camera_fps, sent_fps: source.fps, pushed, pushed_fps, ...seen,
+        messages_sent: messages.sent, messages_received: messages.received,
         sender_cpu_percent: sender_cpu, receiver_cpu_percent: receiver_cpu,
       },
     };

@@ -25,8 +25,9 @@ class CallMember {
     this.#listeners = listeners;
     sdk.setLogConfig({ log_path: logFolder, log_level: 0, log_file_size: 10, log_filename_prefix: name });
     const parameters = service ? { service } : {};
-    this.check('createRTCVideo', this.video.createRTCVideo('demo', (message) => this.#take(message), JSON.stringify(parameters)));
-    this.room = new sdk.xoRTCRoom(roomId, (message) => this.#take(message));
+    const take = (message) => this.#take(message);
+    this.check('createRTCVideo', this.video.createRTCVideo('demo', take, JSON.stringify(parameters)));
+    this.room = new sdk.xoRTCRoom(roomId, take);
     if (!this.room.isRoomCreated()) this.fail('the room could not be made');
     process.on('disconnect', () => this.#exit());
   }
@@ -92,10 +93,12 @@ class CallMember {
 
   #onState({ state, extra_info }) {
     if (state === joined) this.#joining?.();
-    else if (state !== serviceLost) this.fail(`the room could not be joined: ${reasonOf(extra_info) ?? describe(state)}`, true);
+    // The engine comes back by itself from a service that was lost.
+    else if (state !== serviceLost) this.fail(`the room could not be joined: ${reasonOf(extra_info) ?? state}`, true);
   }
 }
 
+/** What the engine says in words, if it does. */
 function reasonOf(extraInfo) {
   try {
     return JSON.parse(extraInfo).reason;
@@ -130,4 +133,4 @@ function startCpuMeter() {
   };
 }
 
-module.exports = { CallMember, RateCounter, startCpuMeter, describe };
+module.exports = { CallMember, RateCounter, startCpuMeter, describe, reasonOf };

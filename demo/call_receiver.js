@@ -34,7 +34,8 @@ const member = new CallMember(options, {
   },
   onRemoteVideoSizeChanged({ key, info: { width, height } }) {
     buffer = Buffer.alloc(width * height * 2);
-    member.video.setRemoteVideoBuffer({ user_id: key.user_id, stream_type: 'onRemoteVideoFrame', width, height, plane_y: buffer });
+    const { user_id } = key;
+    member.video.setRemoteVideoBuffer({ user_id, stream_type: 'onRemoteVideoFrame', width, height, plane_y: buffer });
   },
   onFirstRemoteVideoFrameDecoded() {
     decodedAt ||= performance.now();
@@ -77,7 +78,8 @@ function percentile(part) {
 }
 
 const report = () => ({
-  frames: whole.count, fps: (stamped ?? unstamped).fps, size: `${size.width}x${size.height}`, latency_p50_ms: percentile(0.5),
+  frames: whole.count, fps: (stamped ?? unstamped).fps, size: `${size.width}x${size.height}`,
+  latency_p50_ms: percentile(0.5),
 });
 
 member.serve({

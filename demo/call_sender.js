@@ -2,7 +2,7 @@
 // The demo's call, the side that is seen. First it sends its camera as it is; then pictures that the camera took, pushed
 // from JavaScript with the time of their pushing drawn into each. A message a second goes to all.
 
-const { CallMember, RateCounter, startCpuMeter, describe } = require('./call_member');
+const { CallMember, RateCounter, startCpuMeter, describe, reasonOf } = require('./call_member');
 const { clock, drawStamp } = require('./stamp');
 
 const options = JSON.parse(process.argv[2]);
@@ -29,7 +29,7 @@ const member = new CallMember(options, {
   },
   onStreamStateChanged({ state, extra_info }) {
     if (state === 0) member.tell({ published: true });
-    else member.fail(`the camera could not be sent: ${extra_info}`, true);
+    else member.fail(`the camera could not be sent: ${reasonOf(extra_info) ?? state}`, true);
   },
   onError({ err }) {
     member.fail(`the camera failed: ${describe(err)}`);
@@ -66,7 +66,8 @@ function pushPictures(rate) {
   const order = [...kept.keys(), ...[...kept.keys()].slice(1, -1).reverse()];
   const pushNext = () => {
     const { width, height, data, linesize } = kept[order[pushed.count % order.length]];
-    if (!drawStamp(data[0], linesize[0], width, height, clock())) return member.fail('the pictures are too small for a stamp');
+    const drawn = drawStamp(data[0], linesize[0], width, height, clock());
+    if (!drawn) return member.fail('the pictures are too small for a stamp');
     const frame = {
       pixel_fmt: 1, color_space: 1, timestamp_ms: Math.round(performance.now() - start), data, linesize,
       extra_data: none, supplementary_info: none, width, height, rotation: 0,

@@ -52,7 +52,8 @@ function readArguments() {
 /** Runs the camera and resolves to its summary. */
 function runCamera(options, onProgress) {
   return new Promise((resolve, reject) => {
-    const camera = fork(path.join(__dirname, 'camera.js'), [JSON.stringify({ ...options, outFolder, sheet: cameraSheet })], {
+    const argument = JSON.stringify({ ...options, outFolder, sheet: cameraSheet });
+    const camera = fork(path.join(__dirname, 'camera.js'), [argument], {
       stdio: ['ignore', 'ignore', 'inherit', 'ipc'], serialization: 'advanced',
     });
     let summary;
@@ -147,14 +148,16 @@ async function findCamera(clip) {
 /** Holds the call; its part of the summary, and its pictures. Without a service there is the reason in its place. */
 async function runCall(camera, { seconds, service }, onProgress) {
   try {
-    const { call, pictures } = await holdCall({ camera, service, seconds, logFolder: outFolder, sheet: callSheet, onProgress });
+    const places = { logFolder: outFolder, sheet: callSheet };
+    const { call, pictures } = await holdCall({ camera, service, seconds, ...places, onProgress });
     const fits = Math.abs(call.remote_fps / call.sent_fps - 1) <= callTolerance;
     const whole = call.messages_sent > 0 && call.messages_received === call.messages_sent;
     return { call: { ...call, ok: fits && whole && call.latency_samples > 0 }, pictures };
   } catch (error) {
     if (!(error instanceof NoService)) throw error;
     const nothing = { join_ms: null, remote_fps: null, latency_p50_ms: null, latency_p95_ms: null };
-    return { call: { ...nothing, messages_sent: 0, messages_received: 0, ok: false, call_error: error.message }, pictures: [] };
+    const call = { ...nothing, messages_sent: 0, messages_received: 0, ok: false, call_error: error.message };
+    return { call, pictures: [] };
   }
 }
 

@@ -9,6 +9,7 @@ const os = require('node:os');
 const path = require('node:path');
 const { holdCall, Member, senderScript } = require('../../demo/call');
 const { sampleClip } = require('../../demo/sample_clip');
+const { median } = require('../rounds');
 
 const joins = 30;
 const joinLimit = 200;
@@ -21,8 +22,8 @@ const sizes = [
   { width: 1280, height: 720, latency: 60, sender: 60, receiver: 20 },
 ];
 
-const median = (values) => values.toSorted((a, b) => a - b)[values.length >> 1];
-const atMost = (name, value, limit, unit) => ({ name, value, unit, limit, ratio: value / limit, goal: { kind: 'most', ratio: 1 } });
+const most = { kind: 'most', ratio: 1 };
+const atMost = (name, value, limit, unit) => ({ name, value, unit, limit, ratio: value / limit, goal: most });
 
 const figure = (name, value, unit) => ({ name, value, unit, limit: null, ratio: null, goal: null });
 
