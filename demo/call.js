@@ -70,11 +70,11 @@ class Member {
 
 /**
  * Holds a call and resolves to what it was like. `camera`: an id of a camera; `size`: { width, height, frame_rate } to
- * take from it, its own when absent; `rate`: pushed pictures a second, the camera's when absent; `sheet`: { count, width,
- * height } of the pictures to keep; `onProgress` is told once a second how it goes. Rejects with NoService when no
+ * take from it, its own when absent; `sound`: send a microphone too;
+ * `rate`: pushed pictures a second, the camera's when absent; `sheet`: { count, width, height } of the pictures to keep; `onProgress` is told once a second how it goes. Rejects with NoService when no
  * service holds the room.
  */
-async function holdCall({ camera, size, rate, service, seconds, logFolder, sheet, onProgress = () => {} }) {
+async function holdCall({ camera, size, sound, rate, service, seconds, logFolder, sheet, onProgress = () => {} }) {
   const roomId = `demo ${randomUUID()}`;
   const messages = { sent: 0, received: 0 };
   const count = ({ message, progress }) => {
@@ -98,7 +98,7 @@ async function holdCall({ camera, size, rate, service, seconds, logFolder, sheet
 
   try {
     await Promise.all([step('start', sender, 'ready'), step('start', receiver, 'ready')]);
-    sender.send('join', { camera, size });
+    sender.send('join', { camera, size, sound });
     const first = await step('joining the room first', sender, 'joined');
     await step('sending the camera', sender, 'published');
     const source = await step('capturing', sender, 'camera');

@@ -23,6 +23,7 @@ const delays = [];
 const pictures = [];
 let pictureDue = Infinity;
 let pictureGap = 0;
+let audioRate = null;
 let measureCpu = () => 0;
 
 const member = new CallMember(options, {
@@ -39,6 +40,9 @@ const member = new CallMember(options, {
   },
   onFirstRemoteVideoFrameDecoded() {
     decodedAt ||= performance.now();
+  },
+  onRemoteStreamStats({ audio_stats }) {
+    audioRate = audio_stats.received_kbitrate;
   },
   onRoomMessageReceived({ uid, message }) {
     if (member.room.sendUserMessage(uid, `answer to ${message}`, 0) === 0) member.tell({ message: 'sent' });
@@ -103,7 +107,7 @@ member.serve({
       summary: {
         remote_frames: whole.count, remote_width: size.width, remote_height: size.height,
         camera_fps: unstamped.fps, stamped_fps: stamped?.fps ?? 0, latency_samples: delays.length,
-        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), cpu: measureCpu(), pictures,
+        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), remote_audio_kbps: audioRate, cpu: measureCpu(), pictures,
       },
     });
   },

@@ -1,12 +1,15 @@
 'use strict';
 // The demo's call, the side that is seen. First it sends its camera as it is; then pictures that the camera took, pushed
-// from JavaScript with the time of their pushing drawn into each. A message a second goes to all.
+// from JavaScript with the time of their pushing drawn into each. Its microphone is heard all along, where sound is asked
+// for. A message a second goes to all.
 
 const { CallMember, RateCounter, startCpuMeter, describe, reasonOf } = require('./call_member');
+const { Microphone } = require('./microphone');
 const { clock, drawStamp } = require('./stamp');
 
 const options = JSON.parse(process.argv[2]);
-const videoOnly = 2;
+const pictures = 2;
+const soundAndPictures = 3;
 const external = 0;
 // Shown there and back again, so that they go on without a jump.
 const keptPictures = 20;
@@ -17,6 +20,7 @@ const kept = [];
 const gaps = [];
 let lastTimestamp;
 const pushed = new RateCounter();
+let microphone;
 let measureCpu = () => 0;
 
 const member = new CallMember(options, {
@@ -31,8 +35,11 @@ const member = new CallMember(options, {
     if (state === 0) member.tell({ published: true });
     else member.fail(`the camera could not be sent: ${reasonOf(extra_info) ?? state}`, true);
   },
-  onError({ err }) {
-    member.fail(`the camera failed: ${describe(err)}`);
+  onLocalAudioPropertiesReport: (event) => microphone?.take({ Type: 'onLocalAudioPropertiesReport', Object: event }),
+  onLocalAudioStateChanged: (event) => microphone?.take({ Type: 'onLocalAudioStateChanged', Object: event }),
+  onError(event) {
+    const { err } = event;
+    if (!microphone?.take({ Type: 'onError', Object: event })) member.fail(`the camera failed: ${describe(err)}`);
   },
   onUserMessageReceived() {
     member.tell({ message: 'received' });
@@ -82,13 +89,15 @@ function pushPictures(rate) {
 
 let messages;
 member.serve({
-  async join({ camera, size }) {
+  async join({ camera, size, sound }) {
+    if (sound) microphone = new Microphone(video);
     member.check('setLocalVideoSink', video.setLocalVideoSink(0, 1));
     if (size) member.check('setVideoCaptureConfig', video.setVideoCaptureConfig({ capture_preference: 1, ...size }));
     member.check('setVideoCaptureDevice', video.setVideoCaptureDevice(camera));
     member.check('startVideoCapture', video.startVideoCapture());
+    microphone?.start(camera);
     const join_ms = await member.join();
-    member.check('publishStream', member.room.publishStream(videoOnly));
+    member.check('publishStream', member.room.publishStream(sound ? soundAndPictures : pictures));
     member.tell({ joined: { join_ms } });
   },
   talk() {

@@ -117,6 +117,7 @@ function showCall(call) {
     `${milliseconds(call.first_join_ms)}), saw the other ${milliseconds(call.first_frame_ms)} after it began to join`);
   console.log(`${call.remote_fps.toFixed(2)} remote fps of ${call.sent_fps.toFixed(2)}, ` +
     `${call.messages_received} of ${call.messages_sent} messages, ${verdict}`);
+  if (call.remote_audio_kbps !== null) console.log(`sound: ${call.remote_audio_kbps.toFixed(0)} kbit/s received`);
   console.log(`latency, from pushing a picture to having it: ${milliseconds(call.latency_p50_ms)}, 95 % below ` +
     `${milliseconds(call.latency_p95_ms)} (${call.latency_samples} pictures)`);
 }
@@ -149,7 +150,7 @@ async function findCamera(clip) {
 async function runCall(camera, { seconds, service }, onProgress) {
   try {
     const places = { logFolder: outFolder, sheet: callSheet };
-    const { call, pictures } = await holdCall({ camera, service, seconds, ...places, onProgress });
+    const { call, pictures } = await holdCall({ camera, sound: true, service, seconds, ...places, onProgress });
     const fits = Math.abs(call.remote_fps / call.sent_fps - 1) <= callTolerance;
     const whole = call.messages_sent > 0 && call.messages_received === call.messages_sent;
     return { call: { ...call, ok: fits && whole && call.latency_samples > 0 }, pictures };

@@ -27,7 +27,7 @@ function run(args, environment = {}) {
 }
 
 test('a call is held and told in one object', () => {
-  const { status, stdout, stderr } = run([camera, '--seconds', '2', '--json']);
+  const { status, stdout, stderr } = run([camera, '--seconds', '5', '--json']);
   // 1 is for pictures that a busy machine could not deliver in time.
   assert.ok(status === 0 || status === 1, stderr);
   const summary = JSON.parse(stdout);
@@ -37,6 +37,7 @@ test('a call is held and told in one object', () => {
   assert.ok(summary.join_ms > 0 && summary.first_frame_ms >= summary.join_ms);
   assert.ok(summary.remote_fps > 0 && summary.latency_samples > 0);
   assert.ok(summary.latency_p50_ms > 0 && summary.latency_p95_ms >= summary.latency_p50_ms);
+  assert.ok(summary.remote_audio_kbps > 0);
   assert.ok(summary.messages_sent >= 2);
   assert.strictEqual(summary.messages_received, summary.messages_sent);
   // Five rows of four pictures: three of the camera's, two of what came over the call.
