@@ -4,6 +4,7 @@
 #include <regex>
 #include <thread>
 
+#include "corvane_rtc/rtc_room_events.h"
 #include "corvane_rtc/stream_mixing.h"
 #include "support/engine_test.h"
 
@@ -106,7 +107,6 @@ TEST_F(EntryPointsTest, RefusesLogsThatCannotBe) {
 }
 
 TEST_F(EntryPointsTest, AnswersForWhatItLacks) {
-  EXPECT_EQ(engine->createRTCRoom("room"), nullptr);
   EXPECT_EQ(engine->getKTVManager(), nullptr);
   EXPECT_EQ(engine->getMediaPlayer(0), nullptr);
   EXPECT_EQ(engine->getScreenCaptureSourceList(), nullptr);
@@ -127,6 +127,36 @@ TEST_F(EntryPointsTest, AnswersForWhatItLacks) {
   ASSERT_NE(param, nullptr);
   EXPECT_EQ(engine->startLiveTranscoding("task", param, nullptr), rtc::kNotSupported);
   param->release();
+}
+
+TEST_F(EntryPointsTest, RoomsOutliveTheirEngine) {
+  rtc::destroyRTCVideo();
+  create(R"({"service": "ws://127.0.0.1:1"})");
+  EXPECT_EQ(engine->createRTCRoom(nullptr), nullptr);
+  EXPECT_EQ(engine->createRTCRoom(""), nullptr);
+  EXPECT_EQ(engine->createRTCRoom("not \xFF UTF-8"), nullptr);
+  rtc::IRTCRoom* room = engine->createRTCRoom("room");
+  ASSERT_NE(room, nullptr);
+  EXPECT_EQ(engine->createRTCRoom("room"), nullptr) << "the id is taken";
+  rtc::IRTCRoom* ended = engine->createRTCRoom("ended");
+  ASSERT_NE(ended, nullptr);
+  ended->destroy();
+  rtc::IRTCRoom* again = engine->createRTCRoom("ended");
+  ASSERT_NE(again, nullptr) << "the id is free again";
+
+  struct Handler final : rtc::IRTCRoomEventHandler {
+  } handler;
+  EXPECT_EQ(room->setRTCRoomEventHandler(&handler), rtc::kSuccess);
+  EXPECT_EQ(room->joinRoom("", {"user", ""}, {}), rtc::kSuccess);
+  rtc::destroyRTCVideo();
+  EXPECT_EQ(room->joinRoom("", {"user", ""}, {}), rtc::kWrongState);
+  EXPECT_EQ(room->publishStream(rtc::kMediaStreamBoth), rtc::kWrongState);
+  EXPECT_EQ(room->sendRoomMessage("m"), rtc::kWrongState);
+  EXPECT_EQ(room->setRTCRoomEventHandler(nullptr), rtc::kWrongState);
+  EXPECT_EQ(room->publishScreen(rtc::kMediaStreamBoth), rtc::kWrongState);
+  EXPECT_EQ(room->getRangeAudio(), nullptr);
+  room->destroy();
+  again->destroy();
 }
 
 TEST_F(EntryPointsTest, BuildsVideoFramesOfItsOwn) {
