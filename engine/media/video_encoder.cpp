@@ -19,6 +19,7 @@ constexpr int32_t kMinBitrate = 150;
 constexpr int32_t kMaxBitrate = 6000;
 // Pictures that wait for the encoder; a third pushes out the oldest.
 constexpr guint64 kWaitingPictures = 2;
+constexpr GstClockTime kUsualDuration = GST_SECOND / 30;
 
 struct Kind {
   const char* codec;
@@ -156,6 +157,8 @@ void VideoEncoder::onPicture(const Picture& picture) {
   GstBuffer* fed = gst_buffer_copy(picture.buffer.get());
   GST_BUFFER_PTS(fed) = now;
   GST_BUFFER_DTS(fed) = GST_CLOCK_TIME_NONE;
+  // Of pictures without a rate the rate's element asserts that they have a duration, which ends the process.
+  if (!GST_BUFFER_DURATION_IS_VALID(fed)) GST_BUFFER_DURATION(fed) = kUsualDuration;
   gst_app_src_push_buffer(source_, fed);
 }
 
