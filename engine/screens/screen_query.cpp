@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/gstreamer.h"
 #include "screens/screen_sources.h"
 #include "screens/thumbnails.h"
 
@@ -42,6 +43,11 @@ bool ScreenQuery::connect(const std::string& display, CaptureFault& fault) {
     while (x_->nextEvent() != nullptr) {
     }
     if (x_->alive()) return true;
+  }
+  // The engine's thread may be on its way to it only: the first thumbnail comes as early as the application likes.
+  if (!startGStreamer(fault.text)) {
+    fault.status = kMediaFailure;
+    return false;
   }
   images_.reset();
   x_ = XConnection::open(display, fault);
