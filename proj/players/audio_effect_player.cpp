@@ -69,6 +69,7 @@ KavRTCAudioEffectPlayer::KavRTCAudioEffectPlayer(const Napi::CallbackInfo& info)
 }
 
 KavRTCAudioEffectPlayer::~KavRTCAudioEffectPlayer() {
+  LastReceiver<KavRTCAudioEffectPlayer>::forget(this);
   events_->disable();
   LogWrite(kLogInfo, "KavRTCAudioEffectPlayer stopCallback");
   if (!Handlers::instance().isGiven(events_)) return;

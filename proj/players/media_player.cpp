@@ -75,6 +75,7 @@ Channel KavRTCMediaPlayer::openChannel(const Napi::CallbackInfo& info, int32_t& 
 }
 
 KavRTCMediaPlayer::~KavRTCMediaPlayer() {
+  LastReceiver<KavRTCMediaPlayer>::forget(this);
   events_->disable();
   LogWrite(kLogInfo, "KavRTCMediaPlayer stopCallback");
   if (!Handlers::instance().isGiven(events_)) return;

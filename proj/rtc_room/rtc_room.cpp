@@ -71,6 +71,7 @@ KavRTCRoom::KavRTCRoom(const Napi::CallbackInfo& info) : Napi::ObjectWrap<KavRTC
 }
 
 KavRTCRoom::~KavRTCRoom() {
+  LastReceiver<KavRTCRoom>::forget(this);
   if (m_pRtcRoom != nullptr) destroyRTCRoom();
   LogWrite(kLogInfo, "KavRTCRoom destructure");
 }

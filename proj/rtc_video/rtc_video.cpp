@@ -94,6 +94,7 @@ KavRTCVideo::KavRTCVideo(const Napi::CallbackInfo& info) : Napi::ObjectWrap<KavR
 }
 
 KavRTCVideo::~KavRTCVideo() {
+  LastReceiver<KavRTCVideo>::forget(this);
   const bool needs_teardown = m_pRtcVideo != nullptr;
   if (needs_teardown) destroyRTCVideo();
   std::ostringstream trace;

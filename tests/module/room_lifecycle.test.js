@@ -207,6 +207,22 @@ test('a collected room is destroyed, a destroyed one just goes', async () => {
   log.destroy();
 });
 
+test('calls in turns find their own room, also after the one called last was collected', async () => {
+  engine.reset();
+  const log = createEngine();
+  const { room: first } = createRoom('first');
+  const { room: second } = createRoom('second');
+  const ids = () => [first, second, second, first].map((each) => each.getRoomId());
+  assert.deepStrictEqual(ids(), ['first', 'second', 'second', 'first']);
+  (() => assert.strictEqual(createRoom('short-lived').room.getRoomId(), 'short-lived'))();
+  await collectUntil(() => log.log().includes('KavRTCRoom destructure'));
+  assert.deepStrictEqual(ids(), ['first', 'second', 'second', 'first']);
+  for (const stranger of [{}, log.video, null]) {
+    assert.throws(() => first.getRoomId.call(stranger), { name: 'TypeError', message: 'Illegal invocation' });
+  }
+  log.destroy();
+});
+
 // The host's own workers race as the thread checker sees it.
 const skip = process.env.CORVANE_SANITIZER === 'tsan';
 
