@@ -5,15 +5,29 @@
 #include <cstdint>
 #include <new>
 
+#if defined(__SANITIZE_ADDRESS__) || defined(_WIN32)
+
+// Every record has memory of its own: inside a block nobody would see one that is used after its end, and MinGW frees
+// what belongs to a thread before it runs that thread's destructors.
+
+namespace corvane {
+
+void* takeRecordMemory(size_t size) {
+  return ::operator new(size);
+}
+
+void giveBackRecordMemory(void* memory) noexcept {
+  ::operator delete(memory);
+}
+
+}  // namespace corvane
+
+#else
+
 namespace corvane {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-// Inside a block nobody would see a record that is used after its end.
-constexpr size_t kLargestShared = 0;
-#else
 constexpr size_t kLargestShared = 2048;
-#endif
 constexpr size_t kAlignment = alignof(std::max_align_t);
 constexpr size_t kBlockSpace = size_t{16} * 1024 - kAlignment;  // 16 KB with what stands before it
 
@@ -101,3 +115,5 @@ void giveBackRecordMemory(void* memory) noexcept {
 }
 
 }  // namespace corvane
+
+#endif
