@@ -25,7 +25,7 @@ __attribute__((visibility("default"))) int getifaddrs(struct ifaddrs** list) {
   return 0;
 }
 
-static void* wait_for_last_user(void* path) {
+static void* waitForLastUser(void* path) {
   const int users = open((const char*)path, O_RDWR | O_CLOEXEC);
   // The descriptor stays open: a newcomer finds the lock taken until this process is gone.
   if (users >= 0 && flock(users, LOCK_EX) == 0) kill(getpid(), SIGTERM);
@@ -40,6 +40,6 @@ __attribute__((constructor)) static void begin(void) {
   sigfillset(&all);
   pthread_sigmask(SIG_SETMASK, &all, &before);
   pthread_t thread;
-  if (pthread_create(&thread, NULL, wait_for_last_user, path) == 0) pthread_detach(thread);
+  if (pthread_create(&thread, NULL, waitForLastUser, path) == 0) pthread_detach(thread);
   pthread_sigmask(SIG_SETMASK, &before, NULL);
 }
