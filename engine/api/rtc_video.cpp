@@ -40,7 +40,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
-    rooms_ = std::make_unique<Rooms>(context_, local_video_.taps(), captured_sound_.taps(), remote_sinks_, playback_,
+    rooms_ = std::make_unique<Rooms>(context_, local_video_.taps(), sent_sound_.taps(), remote_sinks_, playback_,
                                      parameters_.services);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);

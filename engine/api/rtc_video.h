@@ -30,6 +30,7 @@
 #include "effects/snapshots.h"
 #include "media/picture_taps.h"
 #include "media/remote_sinks.h"
+#include "media/sent_sound.h"
 #include "media/sound_hooks.h"
 #include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
@@ -241,6 +242,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   VideoDeviceManager video_devices_;
   SoundHooks sound_hooks_;
   CapturedSound captured_sound_;
+  SentSound sent_sound_{captured_sound_.taps()};
   SoundMixer playback_;  // what rooms and players are to play; nobody takes from it yet
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;

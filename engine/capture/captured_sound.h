@@ -32,7 +32,7 @@ class CapturedSound {
   int32_t enableObserver(const AudioFormat& format);
   void disableObserver() { observer_.off(); }
 
-  /// Where a room's publisher, a recorder or a meter takes the sound as it is sent: 10 ms at a time, 16 bit, 48 kHz,
+  /// Where a meter, or what rooms are sent (SentSound), takes the microphone's sound: 10 ms at a time, 16 bit, 48 kHz,
   /// one channel, with its time, and silent while muted. Nothing comes while capture is off; after a pause, or another
   /// microphone, the times have a gap.
   SoundTaps& taps() { return taps_; }

@@ -37,6 +37,12 @@ std::shared_ptr<SoundMixer::Input> SoundMixer::addInput() {
   return input;
 }
 
+bool SoundMixer::hasInputs() {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(inputs_, [](const std::weak_ptr<Input>& input) { return input.expired(); });
+  return !inputs_.empty();
+}
+
 void SoundMixer::mix(SoundBlock& mixed, int64_t time_us) {
   sum_.fill(0);
   {

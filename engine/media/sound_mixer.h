@@ -47,6 +47,8 @@ class SoundMixer {
   };
 
   std::shared_ptr<Input> addInput();
+  /// Whether anyone keeps an input, and so may have something to play.
+  bool hasInputs();
 
   /// Factors of everything together: what the application set, and the speaker's own volume.
   void setGain(float gain) { gain_.store(gain, std::memory_order_relaxed); }
