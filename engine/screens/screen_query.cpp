@@ -13,13 +13,13 @@ namespace {
 
 class SourceList final : public IScreenCaptureSourceList {
  public:
-  explicit SourceList(std::vector<ScreenSource> sources) : sources_(std::move(sources)) {}
+  explicit SourceList(std::vector<ListedScreen> sources) : sources_(std::move(sources)) {}
 
   int32_t getCount() override { return static_cast<int32_t>(sources_.size()); }
 
   int32_t getSourceInfo(int32_t index, ScreenCaptureSourceInfo& info) override {
     if (index < 0 || index >= getCount()) return kInvalidParameter;
-    const ScreenSource& source = sources_[static_cast<size_t>(index)];
+    const ListedScreen& source = sources_[static_cast<size_t>(index)];
     info = {source.type, source.id,      source.name.c_str(), source.application.c_str(),
             source.pid,  source.primary, source.rectangle};
     return kSuccess;
@@ -28,7 +28,7 @@ class SourceList final : public IScreenCaptureSourceList {
   void release() override { delete this; }
 
  private:
-  const std::vector<ScreenSource> sources_;
+  const std::vector<ListedScreen> sources_;
 };
 
 const CaptureFault kNoPicture = {kNotFound, kMediaDeviceErrorNotFound, "there is no such source, or it is hidden"};

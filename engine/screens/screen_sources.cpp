@@ -95,8 +95,8 @@ std::vector<xcb_window_t> topLevelWindows(const XConnection& x) {
 
 }  // namespace
 
-std::vector<ScreenSource> listScreenSources(const XConnection& x) {
-  std::vector<ScreenSource> sources;
+std::vector<ListedScreen> listScreenSources(const XConnection& x) {
+  std::vector<ListedScreen> sources;
   for (const Monitor& monitor : monitors(x)) {
     sources.push_back({kScreenCaptureSourceTypeScreen, monitor.id, monitorName(x, monitor), "", 0, monitor.primary,
                        monitor.rectangle});

@@ -11,7 +11,7 @@
 
 namespace corvane::rtc {
 
-struct ScreenSource {
+struct ListedScreen {
   int32_t type = kScreenCaptureSourceTypeUnknown;
   /// A window's id; the atom of a monitor's name, which stays the same while the server runs.
   int64_t id = 0;
@@ -23,7 +23,7 @@ struct ScreenSource {
 };
 
 /// Monitors first, the primary one before the others; then windows, the oldest first.
-std::vector<ScreenSource> listScreenSources(const XConnection& x);
+std::vector<ListedScreen> listScreenSources(const XConnection& x);
 
 /// Where a monitor is now; empty when there is none of that id.
 std::optional<Rectangle> findMonitor(const XConnection& x, int64_t id);
