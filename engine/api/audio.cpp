@@ -18,14 +18,20 @@ int32_t RtcVideo::notTheMicrophone(int32_t stream_index, const char* operation) 
   return stream_index == kStreamIndexScreen ? notSupported(operation) : kInvalidParameter;
 }
 
-int32_t RtcVideo::notRecorded(int32_t method, const char* operation) {
+int32_t RtcVideo::noFrames(int32_t method, const char* operation) {
   const bool is_known = method >= kAudioFrameMethodRecord && method <= kAudioFrameMethodRecordScreen;
   return is_known ? notSupported(operation) : kInvalidParameter;
 }
 
 void RtcVideo::onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) {
-  if (kind != AudioDeviceKind::kMicrophone) return;  // nothing is played yet
-  context_.thread.post([this, id] { audio_capture_->setMicrophone(id); });
+  const bool is_microphone = kind == AudioDeviceKind::kMicrophone;
+  context_.thread.post([this, is_microphone, id] {
+    if (is_microphone) {
+      audio_capture_->setMicrophone(id);
+    } else {
+      speaker_->setSpeaker(id);
+    }
+  });
 }
 
 void RtcVideo::onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) {
@@ -152,14 +158,32 @@ int32_t RtcVideo::registerAudioFrameObserver(IAudioFrameObserver* observer) {
 }
 
 int32_t RtcVideo::enableAudioFrameCallback(int32_t method, const AudioFormat& format) {
-  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
-  return captured_sound_.enableObserver(format);
+  switch (method) {
+    case kAudioFrameMethodRecord:
+      return captured_sound_.enableObserver(format);
+    case kAudioFrameMethodPlayback:
+      return played_sound_.enableObserver(format);
+    case kAudioFrameMethodMixed:
+      return played_sound_.enableMixedObserver(format);
+    default:
+      return noFrames(method, __func__);
+  }
 }
 
 int32_t RtcVideo::disableAudioFrameCallback(int32_t method) {
-  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
-  captured_sound_.disableObserver();
-  return kSuccess;
+  switch (method) {
+    case kAudioFrameMethodRecord:
+      captured_sound_.disableObserver();
+      return kSuccess;
+    case kAudioFrameMethodPlayback:
+      played_sound_.disableObserver();
+      return kSuccess;
+    case kAudioFrameMethodMixed:
+      played_sound_.disableMixedObserver();
+      return kSuccess;
+    default:
+      return noFrames(method, __func__);
+  }
 }
 
 int32_t RtcVideo::registerAudioFrameProcessor(IAudioFrameProcessor* processor) {
@@ -168,16 +192,31 @@ int32_t RtcVideo::registerAudioFrameProcessor(IAudioFrameProcessor* processor) {
 }
 
 int32_t RtcVideo::enableAudioProcessor(int32_t method, const AudioFormat& format) {
-  if (method == kAudioFrameMethodMixed) return kInvalidParameter;
-  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
-  return captured_sound_.enableProcessor(format);
+  switch (method) {
+    case kAudioFrameMethodRecord:
+      return captured_sound_.enableProcessor(format);
+    case kAudioFrameMethodPlayback:
+      return played_sound_.enableProcessor(format);
+    case kAudioFrameMethodMixed:
+      return kInvalidParameter;
+    default:
+      return noFrames(method, __func__);
+  }
 }
 
 int32_t RtcVideo::disableAudioProcessor(int32_t method) {
-  if (method == kAudioFrameMethodMixed) return kInvalidParameter;
-  if (method != kAudioFrameMethodRecord) return notRecorded(method, __func__);
-  captured_sound_.disableProcessor();
-  return kSuccess;
+  switch (method) {
+    case kAudioFrameMethodRecord:
+      captured_sound_.disableProcessor();
+      return kSuccess;
+    case kAudioFrameMethodPlayback:
+      played_sound_.disableProcessor();
+      return kSuccess;
+    case kAudioFrameMethodMixed:
+      return kInvalidParameter;
+    default:
+      return noFrames(method, __func__);
+  }
 }
 
 int32_t RtcVideo::setAudioSourceType(int32_t /*type*/) {

@@ -31,14 +31,17 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
           cameras_,
           [this](const std::string& id) { context_.thread.post([this, id] { video_capture_->setCamera(id); }); }),
       captured_sound_(sound_hooks_),
+      played_sound_(playback_, sound_hooks_, captured_sound_.taps()),
       sound_devices_(context_, parameters_.microphones),
       audio_devices_(sound_devices_, *this) {
   context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
+  playback_.onInput([this] { context_.thread.post([this] { speaker_->wake(); }); });
   context_.thread.post([this] {
     video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, local_video_, pushed_video_);
     zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_);
+    speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
     rooms_ = std::make_unique<Rooms>(context_, local_video_.taps(), sent_sound_.taps(), remote_sinks_, playback_,
                                      parameters_.services);
@@ -49,7 +52,10 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
       context_.events->onExtensionAccessError("GStreamer", problem.c_str());
     }
     cameras_.start(have_gstreamer);
-    sound_devices_.start(have_gstreamer, [this] { audio_capture_->onDevicesChanged(); });
+    sound_devices_.start(have_gstreamer, [this] {
+      audio_capture_->onDevicesChanged();
+      speaker_->onDevicesChanged();
+    });
   });
 }
 
@@ -59,6 +65,7 @@ RtcVideo::~RtcVideo() {
     rooms_.reset();
     screen_capture_.reset();
     zoom_.reset();
+    speaker_.reset();
     audio_report_.reset();
     audio_capture_.reset();
     video_capture_.reset();

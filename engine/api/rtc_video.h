@@ -34,6 +34,8 @@
 #include "media/sound_hooks.h"
 #include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
+#include "playback/played_sound.h"
+#include "playback/speaker.h"
 #include "rooms/rooms.h"
 #include "screens/screen_capture.h"
 #include "screens/screen_query.h"
@@ -221,9 +223,9 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
  private:
   void onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) override;
   void onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) override;
-  // What operations answer for a stream, or a kind of sound, other than the microphone's.
+  // What operations answer for a stream other than the microphone's, or a kind of sound that has no frames.
   int32_t notTheMicrophone(int32_t stream_index, const char* operation);
-  int32_t notRecorded(int32_t method, const char* operation);
+  int32_t noFrames(int32_t method, const char* operation);
   /// Tells the log why there is nothing of the screen. Returns the fault's status.
   int32_t refuseScreen(const char* operation, const CaptureFault& fault);
 
@@ -243,7 +245,8 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   SoundHooks sound_hooks_;
   CapturedSound captured_sound_;
   SentSound sent_sound_{captured_sound_.taps()};
-  SoundMixer playback_;  // what rooms and players are to play; nobody takes from it yet
+  SoundMixer playback_;  // what rooms and players play
+  PlayedSound played_sound_;
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;
 
@@ -253,6 +256,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   std::unique_ptr<DigitalZoom> zoom_;
   std::unique_ptr<AudioCapture> audio_capture_;
   std::unique_ptr<AudioReport> audio_report_;
+  std::unique_ptr<Speaker> speaker_;
   std::unique_ptr<Rooms> rooms_;
   RemoteSinks remote_sinks_;
   const std::shared_ptr<RoomDoor> door_ = std::make_shared<RoomDoor>(*this);

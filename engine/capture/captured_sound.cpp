@@ -1,24 +1,12 @@
 #include "capture/captured_sound.h"
 
 #include <algorithm>
-#include <memory>
-#include <optional>
-
-#include "corvane_rtc/common.h"
 
 namespace corvane::rtc {
 
 namespace {
 
 constexpr int32_t kChannels = 1;
-
-template <class Path>
-int32_t turnOn(HookSwitch<Path>& hook, const AudioFormat& format) {
-  const std::optional<FrameShape> shape = readFrameShape(format, kChannels);
-  if (!shape) return kInvalidParameter;
-  hook.on(std::make_shared<Path>(kChannels, *shape));
-  return kSuccess;
-}
 
 void silence(SoundBlock& block) {
   std::fill(block.samples().begin(), block.samples().end(), int16_t{0});
@@ -27,11 +15,11 @@ void silence(SoundBlock& block) {
 }  // namespace
 
 int32_t CapturedSound::enableProcessor(const AudioFormat& format) {
-  return turnOn(processor_, format);
+  return turnOn(processor_, format, kChannels);
 }
 
 int32_t CapturedSound::enableObserver(const AudioFormat& format) {
-  return turnOn(observer_, format);
+  return turnOn(observer_, format, kChannels);
 }
 
 void CapturedSound::deliver(SoundBlock& block) {

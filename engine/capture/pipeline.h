@@ -8,7 +8,7 @@
 
 namespace corvane::rtc {
 
-/// Engine thread only.
+/// One thread at a time, and none of its own.
 class Pipeline {
  public:
   explicit Pipeline(const char* name);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "media/lent_audio_frame.h"
 #include "media/sound_block.h"
 #include "media/sound_converter.h"
+#include "media/sound_hooks.h"
 
 namespace corvane::rtc {
 
@@ -63,6 +65,15 @@ class ProcessingPath {
   SoundConverter back_;
   std::vector<int16_t> processed_;
 };
+
+/// Turns the hook on for a stream of `channels`. kInvalidParameter for a shape that no frames can have.
+template <class Path>
+int32_t turnOn(HookSwitch<Path>& hook, const AudioFormat& format, int32_t channels) {
+  const std::optional<FrameShape> shape = readFrameShape(format, channels);
+  if (!shape) return kInvalidParameter;
+  hook.on(std::make_shared<Path>(channels, *shape));
+  return kSuccess;
+}
 
 template <class F>
 void OutgoingPath::take(SoundBlock& block, F&& handle) {

@@ -30,41 +30,57 @@ bool SoundMixer::Input::take(SoundBlock& block) {
   return true;
 }
 
-std::shared_ptr<SoundMixer::Input> SoundMixer::addInput() {
+std::shared_ptr<SoundMixer::Input> SoundMixer::addInput(Origin origin) {
   auto input = std::make_shared<Input>();
-  const std::lock_guard lock(mutex_);
-  inputs_.push_back(input);
+  {
+    const std::lock_guard lock(mutex_);
+    sources_.push_back({input, origin});
+  }
+  if (on_input_) on_input_();
   return input;
 }
 
 bool SoundMixer::hasInputs() {
   const std::lock_guard lock(mutex_);
-  std::erase_if(inputs_, [](const std::weak_ptr<Input>& input) { return input.expired(); });
-  return !inputs_.empty();
+  std::erase_if(sources_, [](const Source& source) { return source.input.expired(); });
+  return !sources_.empty();
 }
 
-void SoundMixer::mix(SoundBlock& mixed, int64_t time_us) {
-  sum_.fill(0);
-  {
-    const std::lock_guard lock(mutex_);
-    std::erase_if(inputs_, [this](const std::weak_ptr<Input>& candidate) {
-      const std::shared_ptr<Input> input = candidate.lock();
-      if (input == nullptr) return true;
-      if (!input->take(taken_)) return false;
-      const auto samples = std::as_const(taken_).samples();
-      const size_t repeat = static_cast<size_t>(kMaxSoundChannels / taken_.channels);
-      for (size_t index = 0; index < sum_.size(); ++index) sum_[index] += samples[index / repeat];
-      return false;
-    });
-  }
-  mixed.channels = kMaxSoundChannels;
-  mixed.time_us = time_us;
-  mixed.muted = false;
+bool SoundMixer::add(Origin origin) {
+  bool added = false;
+  const std::lock_guard lock(mutex_);
+  std::erase_if(sources_, [&](const Source& source) {
+    const std::shared_ptr<Input> input = source.input.lock();
+    if (input == nullptr) return true;
+    if (source.origin != origin || !input->take(taken_)) return false;
+    const auto samples = std::as_const(taken_).samples();
+    const size_t repeat = static_cast<size_t>(kMaxSoundChannels / taken_.channels);
+    for (size_t index = 0; index < sum_.size(); ++index) sum_[index] += samples[index / repeat];
+    added = true;
+    return false;
+  });
+  return added;
+}
+
+void SoundMixer::writeSum(SoundBlock& mixed) const {
   std::transform(sum_.begin(), sum_.end(), mixed.storage.begin(), [](int32_t sample) {
     return static_cast<int16_t>(
         std::clamp<int32_t>(sample, std::numeric_limits<int16_t>::min(), std::numeric_limits<int16_t>::max()));
   });
+}
+
+void SoundMixer::mixRemote(SoundBlock& mixed) {
+  mixed.channels = kMaxSoundChannels;
+  mixed.muted = false;
+  sum_.fill(0);
+  add(Origin::kRemote);
+  writeSum(mixed);
   applied_gain_.apply(mixed, gain_.load(std::memory_order_relaxed));
+}
+
+void SoundMixer::addRest(SoundBlock& mixed) {
+  std::copy(mixed.storage.begin(), mixed.storage.end(), sum_.begin());
+  if (add(Origin::kHere)) writeSum(mixed);
   taps_.deliver(mixed);
   applied_device_gain_.apply(mixed, device_gain_.load(std::memory_order_relaxed));
 }

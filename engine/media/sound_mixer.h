@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -26,13 +27,10 @@ class SoundMixer {
     void push(const SoundBlock& block);
     /// A factor: 1 leaves the sound as it is.
     void setGain(float gain) { gain_.store(gain, std::memory_order_relaxed); }
-
-   private:
-    friend class SoundMixer;
-
-    // False when it has nothing to play just now. The mixing thread's.
+    /// False when it has nothing to play just now. The mixing thread's.
     bool take(SoundBlock& block);
 
+   private:
     static constexpr size_t kCapacity = 8;
     // A source that had run dry starts again with this much, so that the next small delay is not heard.
     static constexpr size_t kReserve = 2;
@@ -46,25 +44,51 @@ class SoundMixer {
     SoundGain applied_;  // the mixing thread's
   };
 
-  std::shared_ptr<Input> addInput();
+  enum class Origin { kHere, kRemote };
+
+  std::shared_ptr<Input> addInput(Origin origin = Origin::kHere);
   /// Whether anyone keeps an input, and so may have something to play.
   bool hasInputs();
+  /// Told of every input that is added, on the thread that adds it. Set before the first.
+  void onInput(std::function<void()> listener) { on_input_ = std::move(listener); }
 
-  /// Factors of everything together: what the application set, and the speaker's own volume.
+  /// Factors: of all remote sound, which the application sets, and the speaker's own of everything.
   void setGain(float gain) { gain_.store(gain, std::memory_order_relaxed); }
   void setDeviceGain(float gain) { device_gain_.store(gain, std::memory_order_relaxed); }
 
-  /// Where meters, recorders and an echo canceller take what is played, after the application's volume and before the
+  /// Where meters, recorders and an echo canceller take what is played, after the application's volumes and before the
   /// speaker's own.
   SoundTaps& taps() { return taps_; }
 
   /// Makes the next 10 ms: two channels, the one of a source with one channel in both; silence where there is nothing.
-  /// Loud sources together are cut at full scale. `time_us`: when it will be played. One thread at a time.
-  void mix(SoundBlock& mixed, int64_t time_us);
+  /// Loud sources together are cut at full scale. `time_us`: when it will be played. change(SoundBlock&) gets all
+  /// remote sound, with its volume, before the rest is added. One thread at a time.
+  template <class F>
+  void mix(SoundBlock& mixed, int64_t time_us, F&& change) {
+    mixed.time_us = time_us;
+    mixRemote(mixed);
+    change(mixed);
+    addRest(mixed);
+  }
+  void mix(SoundBlock& mixed, int64_t time_us) {
+    mix(mixed, time_us, [](SoundBlock&) {});
+  }
 
  private:
+  struct Source {
+    std::weak_ptr<Input> input;
+    Origin origin;
+  };
+
+  void mixRemote(SoundBlock& mixed);
+  void addRest(SoundBlock& mixed);
+  // Adds what the sources of that origin have to sum_. False when they have nothing.
+  bool add(Origin origin);
+  void writeSum(SoundBlock& mixed) const;
+
   std::mutex mutex_;
-  std::vector<std::weak_ptr<Input>> inputs_;
+  std::vector<Source> sources_;
+  std::function<void()> on_input_;
   std::atomic<float> gain_ = 1.0F;
   std::atomic<float> device_gain_ = 1.0F;
   SoundTaps taps_;

@@ -113,16 +113,15 @@ TEST_F(SoundHooksTest, RefusesShapesAndSoundThatItDoesNotHave) {
   const rtc::AudioFormat bad[] = {{7999, 1, 0},   {96001, 1, 0},  {-1, 1, 0},       {48000, 3, 0},
                                   {48000, -1, 0}, {48000, 1, 47}, {48000, 1, 4801}, {48000, 1, -480}};
   for (const rtc::AudioFormat& format : bad) {
-    EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodRecord, format), rtc::kInvalidParameter);
-    EXPECT_EQ(engine->enableAudioProcessor(rtc::kAudioFrameMethodRecord, format), rtc::kInvalidParameter);
+    for (const int32_t method : {rtc::kAudioFrameMethodRecord, rtc::kAudioFrameMethodPlayback}) {
+      EXPECT_EQ(engine->enableAudioFrameCallback(method, format), rtc::kInvalidParameter);
+      EXPECT_EQ(engine->enableAudioProcessor(method, format), rtc::kInvalidParameter);
+    }
+    EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodMixed, format), rtc::kInvalidParameter);
   }
-  for (const int32_t method : {rtc::kAudioFrameMethodPlayback, rtc::kAudioFrameMethodRemoteUser}) {
-    EXPECT_EQ(engine->enableAudioFrameCallback(method, {}), rtc::kNotSupported);
-    EXPECT_EQ(engine->enableAudioProcessor(method, {}), rtc::kNotSupported);
-    EXPECT_EQ(engine->disableAudioProcessor(method), rtc::kNotSupported);
-  }
-  EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodMixed, {}), rtc::kNotSupported);
+  EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodRecordScreen, {}), rtc::kNotSupported);
   EXPECT_EQ(engine->enableAudioProcessor(rtc::kAudioFrameMethodMixed, {}), rtc::kInvalidParameter);
+  EXPECT_EQ(engine->disableAudioProcessor(rtc::kAudioFrameMethodMixed), rtc::kInvalidParameter);
   EXPECT_EQ(engine->enableAudioFrameCallback(5, {}), rtc::kInvalidParameter);
   EXPECT_EQ(engine->disableAudioFrameCallback(-1), rtc::kInvalidParameter);
 }

@@ -61,13 +61,21 @@ TEST(SoundMixer, TapsHearTheApplicationsVolumeAndTheSpeakerItsOwnToo) {
   mixer.taps().add(tap);
   mixer.setGain(0.5F);
   mixer.setDeviceGain(0.1F);
-  const auto input = mixer.addInput();
-  input->push(level(10000, 10000));
-  input->push(level(10000, 10000));
-  EXPECT_EQ(next(mixer), Pair(500, 500));
+  const auto remote = mixer.addInput(SoundMixer::Origin::kRemote);
+  const auto here = mixer.addInput();
+  for (int block = 0; block < 2; ++block) {
+    remote->push(level(10000, 10000));
+    here->push(level(600, 600));
+  }
+  SoundBlock mixed;
+  mixer.mix(mixed, 5, [](SoundBlock& all_remote) {
+    EXPECT_EQ(all_remote.storage[958], 5000);
+    all_remote.storage[958] = 4400;
+  });
+  EXPECT_EQ(mixed.storage[958], 500);
   EXPECT_EQ(tap.heard, 5000);
   mixer.taps().remove(tap);
-  EXPECT_EQ(next(mixer), Pair(500, 500));
+  EXPECT_EQ(next(mixer), Pair(560, 560));
   EXPECT_EQ(tap.heard, 5000);
 }
 

@@ -14,13 +14,13 @@ int32_t SeenSound::loudest() const {
   return peak;
 }
 
-SoundRecorder::SoundRecorder(std::function<void(std::vector<int16_t>& samples)> change) : change_(std::move(change)) {}
+SoundRecorder::SoundRecorder(Change change, int32_t method) : change_(std::move(change)), method_(method) {}
 
-int32_t SoundRecorder::onProcessRecordAudioFrame(rtc::IAudioFrame* frame) {
-  note(*frame);
-  if (change_ == nullptr) return 0;
-  auto* data = reinterpret_cast<int16_t*>(frame->data());
-  std::vector<int16_t> samples(data, data + frame->dataSize() / 2);
+int32_t SoundRecorder::process(int32_t method, rtc::IAudioFrame& frame) {
+  see(method, frame);
+  if (change_ == nullptr || method != method_) return 0;
+  auto* data = reinterpret_cast<int16_t*>(frame.data());
+  std::vector<int16_t> samples(data, data + frame.dataSize() / 2);
   change_(samples);
   std::copy(samples.begin(), samples.end(), data);
   return 0;
@@ -45,7 +45,8 @@ void SoundRecorder::forget() {
   frames_.clear();
 }
 
-void SoundRecorder::note(const rtc::IAudioFrame& frame) {
+void SoundRecorder::see(int32_t method, const rtc::IAudioFrame& frame) {
+  if (method != method_) return;
   const auto* samples = reinterpret_cast<const int16_t*>(frame.data());
   {
     const std::lock_guard lock(mutex_);

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <vector>
 
+#include "corvane_rtc/audio_config.h"
 #include "corvane_rtc/audio_frame.h"
 
 namespace corvane::test {
@@ -23,19 +24,34 @@ struct SeenSound {
 
 class SoundRecorder final : public rtc::IAudioFrameObserver, public rtc::IAudioFrameProcessor {
  public:
-  /// `change`, if any, is given the samples of each frame to process.
-  explicit SoundRecorder(std::function<void(std::vector<int16_t>& samples)> change = nullptr);
+  using Change = std::function<void(std::vector<int16_t>& samples)>;
 
-  void onRecordAudioFrame(const rtc::IAudioFrame* frame) override { note(*frame); }
-  void onPlaybackAudioFrame(const rtc::IAudioFrame*) override {}
-  void onRemoteUserAudioFrame(const rtc::StreamKey&, const rtc::IAudioFrame*) override {}
-  void onMixedAudioFrame(const rtc::IAudioFrame*) override {}
-  void onRecordScreenAudioFrame(const rtc::IAudioFrame*) override {}
+  /// `change`, if any, is given the samples of each frame to process. `method`: AudioFrameMethod; others are left
+  /// alone.
+  explicit SoundRecorder(Change change = nullptr, int32_t method = rtc::kAudioFrameMethodRecord);
 
-  int32_t onProcessRecordAudioFrame(rtc::IAudioFrame* frame) override;
-  int32_t onProcessPlayBackAudioFrame(rtc::IAudioFrame*) override { return 0; }
-  int32_t onProcessRemoteUserAudioFrame(const rtc::StreamKey&, rtc::IAudioFrame*) override { return 0; }
-  int32_t onProcessScreenAudioFrame(rtc::IAudioFrame*) override { return 0; }
+  void onRecordAudioFrame(const rtc::IAudioFrame* frame) override { see(rtc::kAudioFrameMethodRecord, *frame); }
+  void onPlaybackAudioFrame(const rtc::IAudioFrame* frame) override { see(rtc::kAudioFrameMethodPlayback, *frame); }
+  void onRemoteUserAudioFrame(const rtc::StreamKey&, const rtc::IAudioFrame* frame) override {
+    see(rtc::kAudioFrameMethodRemoteUser, *frame);
+  }
+  void onMixedAudioFrame(const rtc::IAudioFrame* frame) override { see(rtc::kAudioFrameMethodMixed, *frame); }
+  void onRecordScreenAudioFrame(const rtc::IAudioFrame* frame) override {
+    see(rtc::kAudioFrameMethodRecordScreen, *frame);
+  }
+
+  int32_t onProcessRecordAudioFrame(rtc::IAudioFrame* frame) override {
+    return process(rtc::kAudioFrameMethodRecord, *frame);
+  }
+  int32_t onProcessPlayBackAudioFrame(rtc::IAudioFrame* frame) override {
+    return process(rtc::kAudioFrameMethodPlayback, *frame);
+  }
+  int32_t onProcessRemoteUserAudioFrame(const rtc::StreamKey&, rtc::IAudioFrame* frame) override {
+    return process(rtc::kAudioFrameMethodRemoteUser, *frame);
+  }
+  int32_t onProcessScreenAudioFrame(rtc::IAudioFrame* frame) override {
+    return process(rtc::kAudioFrameMethodRecordScreen, *frame);
+  }
 
   bool waitFor(const std::function<bool(const std::vector<SeenSound>&)>& enough);
   bool waitForFrames(size_t count);
@@ -43,9 +59,11 @@ class SoundRecorder final : public rtc::IAudioFrameObserver, public rtc::IAudioF
   void forget();
 
  private:
-  void note(const rtc::IAudioFrame& frame);
+  void see(int32_t method, const rtc::IAudioFrame& frame);
+  int32_t process(int32_t method, rtc::IAudioFrame& frame);
 
-  const std::function<void(std::vector<int16_t>& samples)> change_;
+  const Change change_;
+  const int32_t method_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<SeenSound> frames_;

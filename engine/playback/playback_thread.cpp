@@ -1,0 +1,86 @@
+#include "playback/playback_thread.h"
+
+#include <memory>
+#include <utility>
+
+#include "core/engine_thread.h"
+#include "playback/sound_output.h"
+
+namespace corvane::rtc {
+
+namespace {
+
+// A speaker that has begun to play the first block wants the third.
+constexpr int64_t kStartedBlocks = 2;
+// Two seconds: what is played in pieces does not open the speaker for each.
+constexpr int64_t kIdleBlocks = 200;
+
+}  // namespace
+
+PlaybackThread::PlaybackThread(PlayedSound& sound) : sound_(sound) {
+  thread_ = std::jthread([this](const std::stop_token& stop) {
+    nameThread("sound-playback");
+    run(stop);
+  });
+}
+
+PlaybackThread::~PlaybackThread() {
+  rest();
+  thread_.request_stop();
+  thread_.join();
+}
+
+void PlaybackThread::play(SpeakerId speaker, PlaybackEvents events) {
+  {
+    const std::lock_guard lock(mutex_);
+    current_.request_stop();
+    next_ = Opening{std::move(speaker), std::move(events), {}};
+    current_ = next_->end;
+  }
+  changed_.notify_all();
+}
+
+void PlaybackThread::rest() {
+  const std::lock_guard lock(mutex_);
+  current_.request_stop();
+  next_.reset();
+}
+
+void PlaybackThread::run(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  while (changed_.wait(lock, stop, [this] { return next_.has_value(); })) {
+    const Opening opening = std::move(*std::exchange(next_, std::nullopt));
+    lock.unlock();
+    playOn(opening);
+    lock.lock();
+  }
+}
+
+void PlaybackThread::playOn(const Opening& opening) {
+  const std::stop_token stop = opening.end.get_token();
+  std::unique_ptr<SoundOutput> output = makeSoundOutput(opening.speaker);
+  std::optional<CaptureFault> fault = output->open();
+  int64_t played = 0;
+  int64_t idle = 0;
+  bool failed = false;
+  SoundBlock block;
+  while (!stop.stop_requested()) {
+    if (fault) {
+      failed = true;
+      opening.events.failed(*std::exchange(fault, std::nullopt));
+      output = makeSoundOutput(NullSpeaker());
+      output->open();
+    }
+    if (!output->wait(stop)) {
+      fault = output->fault();
+      continue;
+    }
+    if (played++ == kStartedBlocks && !failed) opening.events.started();
+    sound_.mix(block, output->heardAtUs());
+    output->play(block);
+    idle = sound_.hasSources() ? 0 : idle + 1;
+    if (idle == kIdleBlocks) opening.events.idle();
+  }
+}
+
+}  // namespace corvane::rtc
