@@ -165,6 +165,8 @@ int32_t RtcVideo::enableAudioFrameCallback(int32_t method, const AudioFormat& fo
       return played_sound_.enableObserver(format);
     case kAudioFrameMethodMixed:
       return played_sound_.enableMixedObserver(format);
+    case kAudioFrameMethodRemoteUser:
+      return remote_sounds_.enableObserver(format);
     default:
       return noFrames(method, __func__);
   }
@@ -180,6 +182,9 @@ int32_t RtcVideo::disableAudioFrameCallback(int32_t method) {
       return kSuccess;
     case kAudioFrameMethodMixed:
       played_sound_.disableMixedObserver();
+      return kSuccess;
+    case kAudioFrameMethodRemoteUser:
+      remote_sounds_.disableObserver();
       return kSuccess;
     default:
       return noFrames(method, __func__);
@@ -197,6 +202,8 @@ int32_t RtcVideo::enableAudioProcessor(int32_t method, const AudioFormat& format
       return captured_sound_.enableProcessor(format);
     case kAudioFrameMethodPlayback:
       return played_sound_.enableProcessor(format);
+    case kAudioFrameMethodRemoteUser:
+      return remote_sounds_.enableProcessor(format);
     case kAudioFrameMethodMixed:
       return kInvalidParameter;
     default:
@@ -211,6 +218,9 @@ int32_t RtcVideo::disableAudioProcessor(int32_t method) {
       return kSuccess;
     case kAudioFrameMethodPlayback:
       played_sound_.disableProcessor();
+      return kSuccess;
+    case kAudioFrameMethodRemoteUser:
+      remote_sounds_.disableProcessor();
       return kSuccess;
     case kAudioFrameMethodMixed:
       return kInvalidParameter;

@@ -35,6 +35,7 @@
 #include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
 #include "playback/played_sound.h"
+#include "playback/remote_sounds.h"
 #include "playback/speaker.h"
 #include "rooms/rooms.h"
 #include "screens/screen_capture.h"
@@ -247,6 +248,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   SentSound sent_sound_{captured_sound_.taps()};
   SoundMixer playback_;  // what rooms and players play
   PlayedSound played_sound_;
+  RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;
 

@@ -1,6 +1,7 @@
 #include "capture/audio_report.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace corvane::rtc {
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr int32_t kShortestInterval = 100;
 constexpr int32_t kSilentDb = -127;
+constexpr double kLoudest = 255.0;
 
 }  // namespace
 
@@ -22,8 +24,8 @@ bool isAudioPropertiesConfig(const AudioPropertiesConfig& config) {
   return config.interval >= kShortestInterval && known_modes && smooths;
 }
 
-AudioReport::AudioReport(EngineContext& context, CapturedSound& microphone)
-    : context_(context), microphone_(microphone) {}
+AudioReport::AudioReport(EngineContext& context, CapturedSound& microphone, RemoteSounds& remote)
+    : context_(context), microphone_(microphone), remote_(remote) {}
 
 AudioReport::~AudioReport() {
   stop();
@@ -36,6 +38,7 @@ void AudioReport::configure(const AudioPropertiesConfig& config) {
   meter_.emplace(
       SoundMeterSettings{config.enable_spectrum, config.enable_vad, config.enable_voice_pitch, config.smooth});
   microphone_.taps().add(*meter_);
+  remote_.measure(SoundMeterSettings{config.enable_spectrum, config.enable_vad, false, config.smooth});
   due_ = std::chrono::steady_clock::now();
   scheduleNext();
 }
@@ -44,6 +47,7 @@ void AudioReport::stop() {
   timer_.reset();
   if (!meter_) return;
   microphone_.taps().remove(*meter_);
+  remote_.measure(std::nullopt);
   meter_.reset();
 }
 
@@ -55,6 +59,12 @@ void AudioReport::scheduleNext() {
 }
 
 void AudioReport::report() {
+  scheduleNext();
+  reportLocal();
+  reportRemote();
+}
+
+void AudioReport::reportLocal() {
   LocalAudioPropertiesInfo local = {};
   const std::optional<AudioPropertiesInfo> heard = meter_->take();
   if (heard) {
@@ -62,11 +72,26 @@ void AudioReport::report() {
   } else {
     local.audio_properties_info.nonlinear_volume = kSilentDb;
   }
-  // Outside rooms all modes report; what is off or muted is left out, or counts as silent.
+  // All modes report outside rooms, too; what is off or muted is left out, or counts as silent.
   const bool is_listed = heard || config_.audio_report_mode == kAudioReportModeReset;
-  scheduleNext();
   context_.events->onLocalAudioPropertiesReport(is_listed ? &local : nullptr, is_listed ? 1 : 0);
-  context_.events->onRemoteAudioPropertiesReport(nullptr, 0, 0);
+}
+
+void AudioReport::reportRemote() {
+  heard_.clear();
+  double power = 0.0;
+  remote_.forEach([&](RemoteSound& sound) {
+    const std::optional<AudioPropertiesInfo> info = sound.takeProperties();
+    if (!info) return;
+    heard_.push_back({sound.key(), *info});
+    power += static_cast<double>(info->linear_volume) * info->linear_volume;
+  });
+  const double total = std::min(std::sqrt(power), kLoudest);
+  context_.events->onRemoteAudioPropertiesReport(heard_.data(), static_cast<int32_t>(heard_.size()),
+                                                 static_cast<int32_t>(std::lround(total)));
+  active_speakers_.update(heard_, [this](const std::string& room, const std::string& user) {
+    context_.events->onActiveSpeaker(room.c_str(), user.c_str());
+  });
 }
 
 }  // namespace corvane::rtc

@@ -4,11 +4,14 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "capture/captured_sound.h"
 #include "core/engine_context.h"
 #include "corvane_rtc/audio_config.h"
 #include "media/sound_meter.h"
+#include "playback/active_speakers.h"
+#include "playback/remote_sounds.h"
 
 namespace corvane::rtc {
 
@@ -18,7 +21,7 @@ bool isAudioPropertiesConfig(const AudioPropertiesConfig& config);
 /// Engine thread only.
 class AudioReport {
  public:
-  AudioReport(EngineContext& context, CapturedSound& microphone);
+  AudioReport(EngineContext& context, CapturedSound& microphone, RemoteSounds& remote);
   ~AudioReport();
   AudioReport(const AudioReport&) = delete;
   AudioReport& operator=(const AudioReport&) = delete;
@@ -30,11 +33,16 @@ class AudioReport {
   void stop();
   void scheduleNext();
   void report();
+  void reportLocal();
+  void reportRemote();
 
   EngineContext& context_;
   CapturedSound& microphone_;
+  RemoteSounds& remote_;
   AudioPropertiesConfig config_ = {};
   std::optional<SoundMeter> meter_;  // attached to the microphone's sound while reports run
+  std::vector<RemoteAudioPropertiesInfo> heard_;
+  ActiveSpeakers active_speakers_;
   std::chrono::steady_clock::time_point due_;
   AttachedSource timer_;
 };

@@ -20,7 +20,7 @@ RemoteUser::RemoteUser(RoomContext& room, std::string uid, int32_t wanted)
       uid_(std::move(uid)),
       sink_(room.sinks.find(room.room_id, uid_, kStreamIndexMain)),
       wanted_(wanted),
-      input_(room.playback.addInput()) {}
+      sound_(room.sounds.add(room.room_id, uid_, kStreamIndexMain)) {}
 
 RemoteUser::~RemoteUser() {
   feed_.reset();
@@ -125,7 +125,7 @@ void RemoteUser::onRemoteSound(const SoundBlock& block) {
     sound_seen_ = true;
     room_.engine.thread.post(opening_, [this] { onFirstSound(); });
   }
-  input_->push(block);
+  sound_->push(block);
 }
 
 void RemoteUser::onFirstSound() {
@@ -136,7 +136,7 @@ void RemoteUser::onFirstSound() {
 
 void RemoteUser::setVolume(int32_t user, int32_t room) {
   constexpr float kUnchanged = 100 * 100;
-  input_->setGain(static_cast<float>(user) * static_cast<float>(room) / kUnchanged);
+  sound_->setVolume(static_cast<float>(user) * static_cast<float>(room) / kUnchanged);
 }
 
 void RemoteUser::requestStatistics() {

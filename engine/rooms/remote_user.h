@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "media/sound_mixer.h"
+#include "playback/remote_sounds.h"
 #include "rooms/connection_stats.h"
 #include "rooms/member_state.h"
 #include "rooms/remote_feed.h"
@@ -85,7 +85,7 @@ class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Rec
   AttachedSource retry_;
   Size seen_size_;           // the feed's own thread's
   bool sound_seen_ = false;  // the feed's sound thread's
-  const std::shared_ptr<SoundMixer::Input> input_;
+  const std::shared_ptr<RemoteSound> sound_;
 
   // As they were when statistics were taken last.
   struct Counters {

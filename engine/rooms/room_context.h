@@ -9,7 +9,7 @@
 #include "corvane_rtc/rtc_room_events.h"
 #include "media/local_media.h"
 #include "media/remote_sinks.h"
-#include "media/sound_mixer.h"
+#include "playback/remote_sounds.h"
 
 namespace corvane::rtc {
 
@@ -18,7 +18,7 @@ struct RoomContext {
   EngineContext& engine;
   LocalMedia& media;
   RemoteSinks& sinks;
-  SoundMixer& playback;
+  RemoteSounds& sounds;
   const std::string room_id;
   std::string user_id;           ///< of the stay; "" before the first
   IRTCRoomEventHandler* events;  ///< the application's, or one that does nothing

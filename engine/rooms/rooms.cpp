@@ -24,10 +24,10 @@ uint64_t stableHash(const std::string& text) {
 }  // namespace
 
 Rooms::Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks,
-             SoundMixer& playback, std::vector<std::string> services)
+             RemoteSounds& sounds, std::vector<std::string> services)
     : context_(context),
       sinks_(sinks),
-      playback_(playback),
+      sounds_(sounds),
       media_(context, camera, microphone),
       addresses_(std::move(services)) {}
 
@@ -50,7 +50,7 @@ Rooms::~Rooms() {
 
 void Rooms::create(const std::string& id) {
   makeKeyAhead();
-  rooms_[id] = std::make_shared<Room>(RoomContext{context_, media_, sinks_, playback_, id, "", nullptr}, serviceOf(id));
+  rooms_[id] = std::make_shared<Room>(RoomContext{context_, media_, sinks_, sounds_, id, "", nullptr}, serviceOf(id));
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
 }
 

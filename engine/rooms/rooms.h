@@ -19,7 +19,7 @@ namespace corvane::rtc {
 class Rooms final : public Service::Listener {
  public:
   /// services: addresses; none stands for the private service of this machine.
-  Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks, SoundMixer& playback,
+  Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks, RemoteSounds& sounds,
         std::vector<std::string> services);
   ~Rooms();
   Rooms(const Rooms&) = delete;
@@ -39,7 +39,7 @@ class Rooms final : public Service::Listener {
 
   EngineContext& context_;
   RemoteSinks& sinks_;
-  SoundMixer& playback_;
+  RemoteSounds& sounds_;
   LocalMedia media_;
   const std::vector<std::string> addresses_;
   std::thread key_maker_;
