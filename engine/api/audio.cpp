@@ -87,10 +87,11 @@ int32_t RtcVideo::setRemoteAudioPlaybackVolume(const StreamKey& stream_key, int3
   if (!isRoomOrUserId(stream_key.room_id) || !isRoomOrUserId(stream_key.user_id) || volume < 0 || volume > kMaxVolume) {
     return kInvalidParameter;
   }
-  if (stream_key.stream_index == kStreamIndexScreen) return notSupported(__func__);
-  if (stream_key.stream_index != kStreamIndexMain) return kInvalidParameter;
-  postToRoom(stream_key.room_id,
-             [user = std::string(stream_key.user_id), volume](Room& room) { room.setVolume(user, volume); });
+  const int32_t index = stream_key.stream_index;
+  if (index != kStreamIndexMain && index != kStreamIndexScreen) return kInvalidParameter;
+  postToRoom(stream_key.room_id, [user = std::string(stream_key.user_id), index, volume](Room& room) {
+    room.setVolume(user, index, volume);
+  });
   return kSuccess;
 }
 

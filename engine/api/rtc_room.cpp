@@ -129,20 +129,22 @@ int32_t RtcRoom::setRoomExtraInfo(const char* key, const char* value) {
 
 int32_t RtcRoom::publishStream(int32_t media_type) {
   if (!isMedia(media_type)) return kInvalidParameter;
-  return postInRoom([media_type](Room& room) { room.publish(media_type); });
+  return postInRoom([media_type](Room& room) { room.publish(kStreamIndexMain, media_type); });
 }
 
 int32_t RtcRoom::unpublishStream(int32_t media_type) {
   if (!isMedia(media_type)) return kInvalidParameter;
-  return postInRoom([media_type](Room& room) { room.unpublish(media_type); });
+  return postInRoom([media_type](Room& room) { room.unpublish(kStreamIndexMain, media_type); });
 }
 
-int32_t RtcRoom::publishScreen(int32_t /*media_type*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::publishScreen(int32_t media_type) {
+  if (!isMedia(media_type)) return kInvalidParameter;
+  return postInRoom([media_type](Room& room) { room.publish(kStreamIndexScreen, media_type); });
 }
 
-int32_t RtcRoom::unpublishScreen(int32_t /*media_type*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::unpublishScreen(int32_t media_type) {
+  if (!isMedia(media_type)) return kInvalidParameter;
+  return postInRoom([media_type](Room& room) { room.unpublish(kStreamIndexScreen, media_type); });
 }
 
 // Streams of others.
@@ -153,20 +155,27 @@ int32_t RtcRoom::setRemoteVideoConfig(const char* /*user_id*/, const RemoteVideo
 
 int32_t RtcRoom::subscribeStream(const char* user_id, int32_t media_type) {
   if (!isRoomOrUserId(user_id) || !isMedia(media_type)) return kInvalidParameter;
-  return postInRoom([user = std::string(user_id), media_type](Room& room) { room.subscribe(user, media_type); });
+  return postInRoom(
+      [user = std::string(user_id), media_type](Room& room) { room.subscribe(user, kStreamIndexMain, media_type); });
 }
 
 int32_t RtcRoom::unsubscribeStream(const char* user_id, int32_t media_type) {
   if (!isRoomOrUserId(user_id) || !isMedia(media_type)) return kInvalidParameter;
-  return postInRoom([user = std::string(user_id), media_type](Room& room) { room.unsubscribe(user, media_type); });
+  return postInRoom(
+      [user = std::string(user_id), media_type](Room& room) { room.unsubscribe(user, kStreamIndexMain, media_type); });
 }
 
-int32_t RtcRoom::subscribeScreen(const char* /*user_id*/, int32_t /*media_type*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::subscribeScreen(const char* user_id, int32_t media_type) {
+  if (!isRoomOrUserId(user_id) || !isMedia(media_type)) return kInvalidParameter;
+  return postInRoom(
+      [user = std::string(user_id), media_type](Room& room) { room.subscribe(user, kStreamIndexScreen, media_type); });
 }
 
-int32_t RtcRoom::unsubscribeScreen(const char* /*user_id*/, int32_t /*media_type*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::unsubscribeScreen(const char* user_id, int32_t media_type) {
+  if (!isRoomOrUserId(user_id) || !isMedia(media_type)) return kInvalidParameter;
+  return postInRoom([user = std::string(user_id), media_type](Room& room) {
+    room.unsubscribe(user, kStreamIndexScreen, media_type);
+  });
 }
 
 int32_t RtcRoom::subscribeAllStreams(int32_t media_type) {

@@ -43,8 +43,10 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_, remote_sounds_);
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
-    rooms_ = std::make_unique<Rooms>(context_, local_video_.taps(), sent_sound_.taps(), remote_sinks_,
-                                     remote_sounds_, parameters_.services);
+    rooms_ = std::make_unique<Rooms>(
+        context_, std::make_unique<LocalMedia>(context_, "camera", local_video_.taps(), sent_sound_.taps()),
+        std::make_unique<LocalMedia>(context_, "screen", screen_taps_, screen_sound_taps_), remote_sinks_,
+        remote_sounds_, parameters_.services);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {

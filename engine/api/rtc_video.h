@@ -239,6 +239,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   PushedQueue pushed_video_;
   VideoSinkSlot screen_sink_;
   PictureTaps screen_taps_;
+  SoundTaps screen_sound_taps_;  // who publishes the screen's sound; nobody captures it yet
   ScreenQuery screen_query_;
   std::atomic<bool> screen_started_ = false;  // the application's, whatever became of it
   CameraList cameras_;

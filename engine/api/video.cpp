@@ -23,6 +23,15 @@ bool isSide(int32_t pixels) {
   return pixels == 0 || (pixels >= kMinSide && pixels <= kMaxSide);
 }
 
+bool isLayer(const VideoEncoderConfig& config) {
+  return isSide(config.width) && isSide(config.height) && config.frame_rate >= 0 &&
+         config.frame_rate <= kMaxFrameRate && config.max_bitrate >= -1 && config.max_bitrate <= kMaxBitrate;
+}
+
+VideoEncoding encodingOf(const VideoEncoderConfig& config) {
+  return {config.width, config.height, config.frame_rate, std::max(config.max_bitrate, 0)};
+}
+
 }  // namespace
 
 // Video capture and encoding.
@@ -88,17 +97,10 @@ int32_t RtcVideo::setLowLightAdjusted(int32_t /*mode*/) {
 
 int32_t RtcVideo::setVideoEncoderConfig(const VideoEncoderConfig* channel_solutions, int32_t count) {
   if (channel_solutions == nullptr || count < 1 || count > kMaxLayers) return kInvalidParameter;
-  for (int32_t layer = 0; layer < count; ++layer) {
-    const VideoEncoderConfig& config = channel_solutions[layer];
-    if (!isSide(config.width) || !isSide(config.height) || config.frame_rate < 0 || config.frame_rate > kMaxFrameRate ||
-        config.max_bitrate < -1 || config.max_bitrate > kMaxBitrate) {
-      return kInvalidParameter;
-    }
-  }
+  if (!std::all_of(channel_solutions, channel_solutions + count, isLayer)) return kInvalidParameter;
   // One layer is sent: the best.
-  const VideoEncoding encoding = {channel_solutions->width, channel_solutions->height, channel_solutions->frame_rate,
-                                  std::max(channel_solutions->max_bitrate, 0)};
-  context_.thread.post([this, encoding] { rooms_->media().setVideoEncoding(encoding); });
+  const VideoEncoding encoding = encodingOf(*channel_solutions);
+  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexMain).setVideoEncoding(encoding); });
   return kSuccess;
 }
 
@@ -106,8 +108,11 @@ int32_t RtcVideo::setMaxVideoEncoderConfig(const VideoEncoderConfig& /*max_solut
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::setScreenVideoEncoderConfig(const VideoEncoderConfig& /*screen_solution*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setScreenVideoEncoderConfig(const VideoEncoderConfig& screen_solution) {
+  if (!isLayer(screen_solution)) return kInvalidParameter;
+  const VideoEncoding encoding = encodingOf(screen_solution);
+  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexScreen).setVideoEncoding(encoding); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::enableSimulcastMode(bool /*enable*/) {
@@ -164,8 +169,9 @@ int32_t RtcVideo::setLocalVideoSink(int32_t stream_index, IVideoSink* sink, int3
 
 int32_t RtcVideo::setRemoteVideoSink(const StreamKey& stream_key, IVideoSink* sink, int32_t required_format) {
   if (!isRoomOrUserId(stream_key.room_id) || !isRoomOrUserId(stream_key.user_id)) return kInvalidParameter;
-  if (stream_key.stream_index == kStreamIndexScreen) return notSupported(__func__);
-  if (stream_key.stream_index != kStreamIndexMain) return kInvalidParameter;
+  if (stream_key.stream_index != kStreamIndexMain && stream_key.stream_index != kStreamIndexScreen) {
+    return kInvalidParameter;
+  }
   return remote_sinks_.find(stream_key.room_id, stream_key.user_id, stream_key.stream_index)
       ->attach(sink, required_format);
 }

@@ -19,19 +19,19 @@ void exclude(Users& users, LocalMedia::User& user) {
 
 }  // namespace
 
-LocalMedia::LocalMedia(EngineContext& context, PictureTaps& camera, SoundTaps& microphone)
-    : context_(context), camera_(camera), microphone_(microphone) {}
+LocalMedia::LocalMedia(EngineContext& context, const char* name, PictureTaps& pictures, SoundTaps& sound)
+    : context_(context), name_(name), picture_taps_(pictures), sound_taps_(sound) {}
 
 LocalMedia::~LocalMedia() {
-  if (video_ != nullptr) camera_.remove(*video_);
-  if (sound_ != nullptr) microphone_.remove(*sound_);
+  if (video_ != nullptr) picture_taps_.remove(*video_);
+  if (sound_ != nullptr) sound_taps_.remove(*sound_);
 }
 
 VideoEncoder* LocalMedia::borrowVideo(User& user) {
   if (*VideoEncoder::codec() == '\0') return nullptr;
   if (video_ == nullptr) {
     video_ = std::make_unique<VideoEncoder>(context_, encoding_, *this);
-    camera_.add(*video_);
+    picture_taps_.add(*video_);
   }
   include(video_users_, user);
   return video_.get();
@@ -40,7 +40,7 @@ VideoEncoder* LocalMedia::borrowVideo(User& user) {
 SoundEncoder* LocalMedia::borrowSound(User& user) {
   if (sound_ == nullptr) {
     sound_ = std::make_unique<SoundEncoder>(context_, *this);
-    microphone_.add(*sound_);
+    sound_taps_.add(*sound_);
   }
   include(sound_users_, user);
   return sound_.get();
@@ -49,14 +49,14 @@ SoundEncoder* LocalMedia::borrowSound(User& user) {
 void LocalMedia::giveBackVideo(User& user) {
   exclude(video_users_, user);
   if (!video_users_.empty() || video_ == nullptr) return;
-  camera_.remove(*video_);
+  picture_taps_.remove(*video_);
   video_.reset();
 }
 
 void LocalMedia::giveBackSound(User& user) {
   exclude(sound_users_, user);
   if (!sound_users_.empty() || sound_ == nullptr) return;
-  microphone_.remove(*sound_);
+  sound_taps_.remove(*sound_);
   sound_.reset();
 }
 
@@ -64,22 +64,22 @@ void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
   if (encoding == encoding_) return;
   encoding_ = encoding;
   if (video_ == nullptr) return;
-  camera_.remove(*video_);
+  picture_taps_.remove(*video_);
   const std::unique_ptr<VideoEncoder> previous =
       std::exchange(video_, std::make_unique<VideoEncoder>(context_, encoding_, *this));
-  camera_.add(*video_);
+  picture_taps_.add(*video_);
   for (User* user : video_users_) user->onVideoEncoder(*video_);
 }
 
 void LocalMedia::onEncoderFailed(const std::string& reason) {
-  context_.log.error("the camera cannot be encoded: %s", reason.c_str());
+  context_.log.error("pictures of the %s cannot be encoded: %s", name_, reason.c_str());
   // Each gives back what it borrowed.
   const Users users = video_users_;
   for (User* user : users) user->onEncodingFailed(reason);
 }
 
 void LocalMedia::onSoundEncoderFailed(const std::string& reason) {
-  context_.log.error("the microphone cannot be encoded: %s", reason.c_str());
+  context_.log.error("sound of the %s cannot be encoded: %s", name_, reason.c_str());
   const Users users = sound_users_;
   for (User* user : users) user->onEncodingFailed(reason);
 }

@@ -1,4 +1,5 @@
-// What the local user's streams are sent from: encoders, made when the first room publishes and ended with the last.
+// What one of the local user's streams is sent from: encoders, made when the first room publishes and ended with the
+// last.
 #pragma once
 
 #include <memory>
@@ -27,7 +28,8 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
     ~User() = default;
   };
 
-  LocalMedia(EngineContext& context, PictureTaps& camera, SoundTaps& microphone);
+  /// `name`: the stream's, in the log.
+  LocalMedia(EngineContext& context, const char* name, PictureTaps& pictures, SoundTaps& sound);
   ~LocalMedia();
   LocalMedia(const LocalMedia&) = delete;
   LocalMedia& operator=(const LocalMedia&) = delete;
@@ -46,8 +48,9 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   void onSoundEncoderFailed(const std::string& reason) override;
 
   EngineContext& context_;
-  PictureTaps& camera_;
-  SoundTaps& microphone_;
+  const char* const name_;
+  PictureTaps& picture_taps_;
+  SoundTaps& sound_taps_;
   VideoEncoding encoding_;
   std::unique_ptr<VideoEncoder> video_;
   std::unique_ptr<SoundEncoder> sound_;

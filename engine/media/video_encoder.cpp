@@ -19,7 +19,9 @@ constexpr int32_t kMinBitrate = 150;
 constexpr int32_t kMaxBitrate = 6000;
 // Pictures that wait for the encoder; a third pushes out the oldest.
 constexpr guint64 kWaitingPictures = 2;
-constexpr GstClockTime kUsualDuration = GST_SECOND / 30;
+constexpr int kLongestSide = 16384;  // pixels
+constexpr int kUsualRate = 30;  // pictures a second
+constexpr GstClockTime kUsualDuration = GST_SECOND / kUsualRate;
 
 struct Kind {
   const char* codec;
@@ -68,11 +70,21 @@ const Kind* installedKind() {
   return found;
 }
 
+// Encoders take even sizes only.
+void setSide(GstCaps* caps, const char* side, int32_t pixels) {
+  if (pixels > 0) return gst_caps_set_simple(caps, side, G_TYPE_INT, std::max(pixels & ~1, 2), nullptr);
+  GValue even = G_VALUE_INIT;
+  g_value_init(&even, GST_TYPE_INT_RANGE);
+  gst_value_set_int_range_step(&even, 2, kLongestSide, 2);
+  gst_caps_set_value(caps, side, &even);
+  g_value_unset(&even);
+}
+
 GstPtr<GstCaps> rawCaps(const VideoEncoding& wanted) {
   // Without a format the encoder may be given one that receivers cannot decode.
   GstPtr<GstCaps> caps(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "I420", nullptr));
-  if (wanted.width > 0) gst_caps_set_simple(caps.get(), "width", G_TYPE_INT, wanted.width, nullptr);
-  if (wanted.height > 0) gst_caps_set_simple(caps.get(), "height", G_TYPE_INT, wanted.height, nullptr);
+  setSide(caps.get(), "width", wanted.width);
+  setSide(caps.get(), "height", wanted.height);
   return caps;
 }
 
@@ -144,6 +156,10 @@ void VideoEncoder::onPicture(const Picture& picture) {
   if (fed_info_.finfo == nullptr || !gst_video_info_is_equal(&picture.info, &fed_info_)) {
     fed_info_ = picture.info;
     const GstPtr<GstCaps> caps(gst_video_info_to_caps(&fed_info_));
+    // To an encoder that is told of no rate each picture would have to wait for the next one.
+    if (GST_VIDEO_INFO_FPS_N(&fed_info_) == 0) {
+      gst_caps_set_simple(caps.get(), "framerate", GST_TYPE_FRACTION, kUsualRate, 1, nullptr);
+    }
     gst_app_src_set_caps(source_, caps.get());
     setRate(fed_info_);
   }

@@ -11,7 +11,10 @@ constexpr std::chrono::milliseconds kRetryPause(1000);
 
 }  // namespace
 
-LocalStream::LocalStream(RoomContext& room) : room_(room) {}
+LocalStream::LocalStream(RoomContext& room, int32_t stream_index)
+    : room_(room),
+      stream_index_(stream_index),
+      media_(stream_index == kStreamIndexScreen ? room.screen_media : room.camera_media) {}
 
 LocalStream::~LocalStream() {
   close();
@@ -33,20 +36,20 @@ void LocalStream::update() {
   if (session_ == nullptr || (published_ == 0 && publisher_ == nullptr)) return;
   // Once there, the connection stays: publishing again takes no negotiation.
   const bool is_new = publisher_ == nullptr;
-  if (is_new) publisher_ = std::make_unique<Publisher>(room_.engine, *session_, loopback_only_, *this);
+  if (is_new) publisher_ = std::make_unique<Publisher>(room_.engine, *session_, stream_index_, loopback_only_, *this);
   if ((published_ & kMediaStreamVideo) != 0) {
-    video_ = room_.media.borrowVideo(*this);
+    video_ = media_.borrowVideo(*this);
     publisher_->setVideo(video_);
   } else {
     publisher_->setVideo(nullptr);
     video_ = nullptr;
-    room_.media.giveBackVideo(*this);
+    media_.giveBackVideo(*this);
   }
   if ((published_ & kMediaStreamAudio) != 0) {
-    publisher_->setSound(room_.media.borrowSound(*this));
+    publisher_->setSound(media_.borrowSound(*this));
   } else {
     publisher_->setSound(nullptr);
-    room_.media.giveBackSound(*this);
+    media_.giveBackSound(*this);
   }
   if (is_new) publisher_->start();
 }
@@ -57,12 +60,12 @@ void LocalStream::close() {
   video_ = nullptr;
   connection_ = {};
   taken_ = {};
-  room_.media.giveBackVideo(*this);
-  room_.media.giveBackSound(*this);
+  media_.giveBackVideo(*this);
+  media_.giveBackSound(*this);
 }
 
 void LocalStream::onPeerConnected() {
-  const Json extra = {{"published", published_}};
+  const Json extra = {{"published", published_}, {"is_screen", stream_index_ == kStreamIndexScreen}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStateOk,
                                      jsonText(extra).c_str());
 }
@@ -71,7 +74,7 @@ void LocalStream::onPeerFailed(const std::string& reason) {
   room_.engine.log.error("room %s: publishing failed: %s", room_.room_id.c_str(), reason.c_str());
   close();
   retry_ = room_.engine.thread.after(kRetryPause, [this] { update(); });
-  const Json extra = {{"reason", reason}};
+  const Json extra = {{"reason", reason}, {"is_screen", stream_index_ == kStreamIndexScreen}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStatePublishFailed,
                                      jsonText(extra).c_str());
 }
@@ -93,6 +96,7 @@ bool LocalStream::takeStatistics(int32_t interval_ms, LocalStreamStats& stats, i
   if (publisher_ == nullptr || published_ == 0) return false;
   Counters now = {.sound_bytes = publisher_->soundBytes(), .video_bytes = publisher_->videoBytes()};
   LocalVideoStats& video = stats.video_stats;
+  stats.is_screen = video.is_screen = stream_index_ == kStreamIndexScreen;
   if (video_ != nullptr) {
     const EncodedCounts& counts = video_->counts();
     now.pictures_in = counts.pictures_in;

@@ -1,4 +1,4 @@
-// The local user's camera and microphone in one room: what is published, and the connection it goes over.
+// One of the local user's streams in one room: what is published, and the connection it goes over.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace corvane::rtc {
 /// Engine thread only.
 class LocalStream final : public PeerConnection::Listener, public LocalMedia::User {
  public:
-  explicit LocalStream(RoomContext& room);
+  LocalStream(RoomContext& room, int32_t stream_index);
   ~LocalStream();
   LocalStream(const LocalStream&) = delete;
   LocalStream& operator=(const LocalStream&) = delete;
@@ -41,6 +41,8 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   void onEncodingFailed(const std::string& reason) override;
 
   RoomContext& room_;
+  const int32_t stream_index_;
+  LocalMedia& media_;
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
   int32_t published_ = 0;

@@ -14,6 +14,7 @@ constexpr size_t kMaxPairs = 32;
 
 std::string writeMemberState(const MemberState& state) {
   Json json = {{"corvane", 1}, {"extra", state.extra_info}, {"published", state.published}};
+  if (state.screen != 0) json["screen"] = state.screen;
   if (!state.visible) json["visible"] = false;
   if (state.leaving) json["leaving"] = true;
   for (const auto& [key, info] : state.room_info) {
@@ -31,6 +32,7 @@ MemberState readMemberState(const std::string& text) {
   }
   state.extra_info = textOf(json, "extra");
   state.published = static_cast<int32_t>(numberOf(json, "published")) & kMediaStreamBoth;
+  state.screen = static_cast<int32_t>(numberOf(json, "screen")) & kMediaStreamBoth;
   state.visible = flagOf(json, "visible", true);
   state.leaving = flagOf(json, "leaving", false);
   if (const Json& room = memberOf(json, "room"); room.is_object()) {

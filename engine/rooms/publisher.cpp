@@ -18,9 +18,9 @@ bool isH264() {
 
 }  // namespace
 
-Publisher::Publisher(EngineContext& context, RoomSession& session, bool loopback_only,
+Publisher::Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, bool loopback_only,
                      PeerConnection::Listener& listener)
-    : peer_(context, "publisher", loopback_only, listener), link_(session.openPublisher(peer_)) {
+    : peer_(context, "publisher", loopback_only, listener), link_(session.openPublisher(stream_index, peer_)) {
   peer_.setLink(*link_);
   if (peer_.webrtc() == nullptr) return;
   addSound();

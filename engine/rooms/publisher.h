@@ -1,4 +1,4 @@
-// The connection over which the local user's camera and microphone go to one room.
+// The connection over which one of the local user's streams goes to one room.
 #pragma once
 
 #include <gst/app/app.h>
@@ -18,7 +18,8 @@ namespace corvane::rtc {
 /// Engine thread only.
 class Publisher final {
  public:
-  Publisher(EngineContext& context, RoomSession& session, bool loopback_only, PeerConnection::Listener& listener);
+  Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, bool loopback_only,
+            PeerConnection::Listener& listener);
   ~Publisher();
   Publisher(const Publisher&) = delete;
   Publisher& operator=(const Publisher&) = delete;

@@ -26,6 +26,8 @@ constexpr Chain kChains[] = {
 
 // A pause between pictures that a viewer notices.
 constexpr GstClockTime kStall = 200 * GST_MSECOND;
+// Of a screen, which comes five times a second while nothing on it moves.
+constexpr GstClockTime kScreenStall = 500 * GST_MSECOND;
 
 void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) {
   g_object_set(transceiver, "do-nack", TRUE, nullptr);
@@ -33,14 +35,15 @@ void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) 
 
 }  // namespace
 
-RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member,
+RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member, int32_t stream_index,
                        const std::vector<FeedStream>& streams, bool loopback_only, PeerConnection::Listener& listener,
                        Receiver& receiver)
     : streams_(streams),
       receiver_(receiver),
       peer_(context, "feed", loopback_only, listener),
+      stall_(stream_index == kStreamIndexScreen ? kScreenStall : kStall),
       wanted_(kMediaStreamBoth),
-      link_(session.openFeed(member, streams, peer_)) {
+      link_(session.openFeed(member, stream_index, streams, peer_)) {
   peer_.setLink(*link_);
   if (peer_.webrtc() == nullptr) return;
   for (const FeedStream& stream : streams_) {
@@ -179,7 +182,7 @@ GstFlowReturn RemoteFeed::onPicture(GstPtr<GstSample> sample) {
   const GstClockTime now = clockNow();
   if (GST_CLOCK_TIME_IS_VALID(last_picture_) && !resumed_.exchange(false)) {
     const GstClockTime gap = now - last_picture_;
-    if (gap > kStall) {
+    if (gap > stall_) {
       counts_.stalls.fetch_add(1, std::memory_order_relaxed);
       counts_.stall_ns.fetch_add(static_cast<int64_t>(gap), std::memory_order_relaxed);
     }

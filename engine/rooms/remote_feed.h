@@ -20,7 +20,7 @@ namespace corvane::rtc {
 /// What has arrived since the feed was opened. Any thread may read it.
 struct FeedCounts {
   std::atomic<int64_t> pictures = 0;
-  std::atomic<int64_t> stalls = 0;    ///< gaps of more than 200 ms between two pictures
+  std::atomic<int64_t> stalls = 0;    ///< gaps between two pictures of more than 200 ms, of a screen 500 ms
   std::atomic<int64_t> stall_ns = 0;  ///< all of them together
   std::atomic<int32_t> width = 0;
   std::atomic<int32_t> height = 0;
@@ -40,7 +40,7 @@ class RemoteFeed final {
     ~Receiver() = default;
   };
 
-  RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member,
+  RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member, int32_t stream_index,
              const std::vector<FeedStream>& streams, bool loopback_only, PeerConnection::Listener& listener,
              Receiver& receiver);
   /// The receiver is not called afterwards.
@@ -67,6 +67,7 @@ class RemoteFeed final {
   Receiver& receiver_;
   FeedCounts counts_;
   PeerConnection peer_;
+  const GstClockTime stall_;  // a pause between pictures that a viewer notices
   int32_t wanted_;
   std::atomic<bool> resumed_ = false;  // pictures come again that were not wanted for a while
   GstElement* video_entry_ = nullptr;  // where received packets go in, as is:

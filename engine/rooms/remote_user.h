@@ -1,102 +1,41 @@
-// One other user of a room: what it publishes, what of that is wanted, and the feed over which it comes.
+// One other user of a room: what it tells of itself, and its two streams.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "playback/remote_sounds.h"
-#include "rooms/connection_stats.h"
 #include "rooms/member_state.h"
-#include "rooms/remote_feed.h"
-#include "rooms/room_context.h"
+#include "rooms/remote_stream.h"
 
 namespace corvane::rtc {
 
-/// Engine thread only, but for the pictures.
-class RemoteUser final : public PeerConnection::Listener, public RemoteFeed::Receiver {
+/// Engine thread only.
+class RemoteUser final {
  public:
-  /// wanted: MediaStreamType.
+  /// wanted: MediaStreamType, of either stream.
   RemoteUser(RoomContext& room, std::string uid, int32_t wanted);
-  ~RemoteUser();
-  RemoteUser(const RemoteUser&) = delete;
-  RemoteUser& operator=(const RemoteUser&) = delete;
 
   const std::string& uid() const { return uid_; }
   const MemberState& state() const { return state_; }
+  void setState(MemberState state);
+
+  /// Of a StreamIndex.
+  RemoteStream& stream(int32_t index) { return streams_[static_cast<size_t>(index)]; }
+  std::array<RemoteStream, 2>& streams() { return streams_; }
+
+  /// False while the connection to the service is gone; the user may still be there.
   bool present() const { return present_; }
-
-  void setState(MemberState state) { state_ = std::move(state); }
-  void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
-  void setWanted(int32_t media) { wanted_ = media; }
-  int32_t wanted() const { return wanted_; }
-  /// Media that do not arrive although they are wanted.
-  void setPaused(int32_t media) { paused_ = media; }
-  /// What the user publishes and the service has.
-  int32_t available() const;
-
-  /// Opens, changes or closes the feed as all of the above now wants it.
-  void update(RoomSession* session, bool loopback_only);
-  /// The connection to the service is gone; the user may still be there.
   void suspend();
   void resume() { present_ = true; }
-
-  /// Percent, of this user alone and of its room.
-  void setVolume(int32_t user, int32_t room);
-
-  /// Brings the connection's counters up to date, a moment later.
-  void requestStatistics();
-  /// What arrived since the call before; bytes are added to `received_bytes`. False when nothing is received.
-  bool takeStatistics(int32_t interval_ms, RemoteStreamStats& stats, int64_t& received_bytes);
+  /// Opens, changes or closes the feeds as everything now wants it.
+  void update(RoomSession* session, bool loopback_only);
 
  private:
-  struct Size {
-    int32_t width = 0;
-    int32_t height = 0;
-    bool operator==(const Size&) const = default;
-  };
-
-  StreamKey key() const;
-  void closeFeed(RemoteVideoStateChangeReason reason);
-  void reportSubscribed(SubscribeState state);
-  void onSize(Size size, bool shown);
-
-  void onPeerConnected() override;
-  void onPeerFailed(const std::string& reason) override;
-  void onRemotePicture(const Picture& picture) override;
-  void onRemoteSound(const SoundBlock& block) override;
-  void onFirstSound();
-
-  RoomContext& room_;
   const std::string uid_;
-  const std::shared_ptr<VideoSinkSlot> sink_;
   MemberState state_;
-  std::vector<FeedStream> streams_;
-  int32_t wanted_;
-  int32_t paused_ = 0;
   bool present_ = true;
-  RoomSession* session_ = nullptr;
-  bool loopback_only_ = false;
-  bool decoding_ = false;
-  bool sounding_ = false;
-  Size reported_size_;
-  std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
-  AttachedSource retry_;
-  Size seen_size_;           // the feed's own thread's
-  bool sound_seen_ = false;  // the feed's sound thread's
-  const std::shared_ptr<RemoteSound> sound_;
-
-  // As they were when statistics were taken last.
-  struct Counters {
-    ConnectionStats connection;
-    int64_t pictures = 0;
-    int64_t stalls = 0;
-    int64_t stall_ns = 0;
-  };
-  ConnectionStats connection_;
-  Counters taken_;
-  std::unique_ptr<RemoteFeed> feed_;
+  std::array<RemoteStream, 2> streams_;  // by StreamIndex
 };
 
 }  // namespace corvane::rtc

@@ -27,7 +27,7 @@ constexpr size_t kMaxRoomInfo = 10;
 Room::Room(RoomContext context, Service& service)
     : context_(std::move(context)),
       service_(service),
-      local_(context_),
+      local_{LocalStream(context_, kStreamIndexMain), LocalStream(context_, kStreamIndexScreen)},
       messages_(context_, *this),
       report_(context_, *this) {
   setHandler(context_.events);
@@ -76,7 +76,7 @@ void Room::leave() {
   state_ = State::kOut;
   drop();
   users_.clear();
-  local_.setPublished(0);
+  for (LocalStream& stream : local_) stream.setPublished(0);
   messages_.giveUp(kMessageSendResultNotJoined);
   context_.events->onLeaveRoom(stats);
 }
@@ -85,7 +85,7 @@ void Room::drop() {
   retry_.reset();
   check_.reset();
   report_.stop();
-  local_.setSession(nullptr, false);
+  for (LocalStream& stream : local_) stream.setSession(nullptr, false);
   messages_.setSession(nullptr, false);
   for (auto& [id, entry] : users_) entry.user->suspend();
   session_.reset();
@@ -96,7 +96,7 @@ void Room::end(RoomState state, const std::string& reason) {
   join_.in_room->store(false);
   drop();
   users_.clear();
-  local_.setPublished(0);
+  for (LocalStream& stream : local_) stream.setPublished(0);
   messages_.giveUp(kMessageSendResultNotJoined);
   reportState(state, reason);
 }
@@ -127,8 +127,11 @@ void Room::onJoined() {
   state_ = State::kIn;
   const bool loopback = service_.onLoopback();
   messages_.setSession(session_.get(), loopback);
-  local_.setPublished(own_.published);
-  local_.setSession(session_.get(), loopback);
+  for (int32_t index : {kStreamIndexMain, kStreamIndexScreen}) {
+    LocalStream& stream = local_[static_cast<size_t>(index)];
+    stream.setPublished(published(index));
+    stream.setSession(session_.get(), loopback);
+  }
   if (!was_in_) joined_at_ = std::chrono::steady_clock::now();
   report_.start();
   reportState(kRoomStateJoined, "");
@@ -170,9 +173,8 @@ Room::Entry& Room::entryOf(const std::string& user) {
   Entry& entry = users_[user];
   if (entry.user == nullptr) {
     entry.user = std::make_unique<RemoteUser>(context_, user, subscribe_new_);
-    entry.user->setPaused(paused_);
-    const auto volume = volumes_.find(user);
-    entry.user->setVolume(volume != volumes_.end() ? volume->second : 100, room_volume_);
+    for (RemoteStream& stream : entry.user->streams()) stream.setPaused(paused_);
+    applyVolume(*entry.user);
     entry.known_since = std::chrono::steady_clock::now();
   }
   return entry;
@@ -192,10 +194,10 @@ void Room::onMemberState(const std::string& member, const std::string& state) {
   refresh(found->second);
 }
 
-void Room::onMemberStreams(const std::string& member, const std::vector<FeedStream>& streams) {
+void Room::onMemberStreams(const std::string& member, int32_t stream_index, const std::vector<FeedStream>& streams) {
   const auto found = users_.find(member);
   if (found == users_.end()) return;
-  found->second.user->setStreams(streams);
+  found->second.user->stream(stream_index).setStreams(streams);
   refresh(found->second);
 }
 
@@ -212,14 +214,21 @@ void Room::refresh(Entry& entry) {
   if (!entry.announced) announce(entry);
   if (!entry.announced || user.state().leaving) return;
   if (!user.state().visible) return hide(entry);
-  const int32_t available = user.available();
-  const int32_t begun = available & ~entry.published;
-  const int32_t ended = entry.published & ~available;
-  entry.published = available;
-  if (begun != 0) context_.events->onUserPublishStream(user.uid().c_str(), begun);
-  if (ended != 0) {
-    context_.events->onUserUnpublishStream(user.uid().c_str(), ended, kStreamRemoveReasonUnpublish);
+  for (RemoteStream& stream : user.streams()) {
+    tellPublished(stream, user.uid(), stream.available(), kStreamRemoveReasonUnpublish);
   }
+}
+
+void Room::tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason) {
+  const int32_t begun = media & ~stream.told();
+  const int32_t ended = stream.told() & ~media;
+  stream.setTold(media);
+  IRTCRoomEventHandler& events = *context_.events;
+  const char* uid = user.c_str();
+  if (begun != 0) stream.isScreen() ? events.onUserPublishScreen(uid, begun) : events.onUserPublishStream(uid, begun);
+  if (ended == 0) return;
+  if (stream.isScreen()) return events.onUserUnpublishScreen(uid, ended, reason);
+  events.onUserUnpublishStream(uid, ended, reason);
 }
 
 void Room::announce(Entry& entry) {
@@ -232,10 +241,9 @@ void Room::announce(Entry& entry) {
 }
 
 void Room::hide(Entry& entry) {
-  const std::string uid = entry.user->uid();
-  const int32_t published = std::exchange(entry.published, 0);
+  const std::string& uid = entry.user->uid();
   entry.announced = false;
-  if (published != 0) context_.events->onUserUnpublishStream(uid.c_str(), published, kStreamRemoveReasonUnpublish);
+  for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, kStreamRemoveReasonUnpublish);
   context_.events->onUserLeave(uid.c_str(), kUserLeaveReasonInvisible);
 }
 
@@ -246,12 +254,11 @@ void Room::remove(const std::string& user, UserLeaveReason reason) {
   entry.user->suspend();
   adoptRoomInfo(entry.user->state());
   if (!entry.announced) return;
-  if (entry.published != 0) {
-    context_.events->onUserUnpublishStream(
-        entry.user->uid().c_str(), entry.published,
-        reason == kUserLeaveReasonDropped ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish);
-  }
-  context_.events->onUserLeave(entry.user->uid().c_str(), reason);
+  const std::string& uid = entry.user->uid();
+  const StreamRemoveReason ended =
+      reason == kUserLeaveReasonDropped ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish;
+  for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, ended);
+  context_.events->onUserLeave(uid.c_str(), reason);
 }
 
 void Room::checkLater() {
@@ -279,45 +286,49 @@ bool Room::isInRoom(const std::string& user) const {
 
 // Streams.
 
-void Room::setPublished(int32_t media) {
-  own_.published = media;
-  local_.setPublished(media);
+void Room::setPublished(int32_t stream_index, int32_t media) {
+  published(stream_index) = media;
+  local_[static_cast<size_t>(stream_index)].setPublished(media);
   tellState();
 }
 
-void Room::publish(int32_t media) {
-  if (own_.visible) return setPublished(own_.published | media);
-  const Json extra = {{"reason", "invisible users cannot publish"}};
+void Room::publish(int32_t stream_index, int32_t media) {
+  if (own_.visible) return setPublished(stream_index, published(stream_index) | media);
+  const Json extra = {{"reason", "invisible users cannot publish"}, {"is_screen", stream_index == kStreamIndexScreen}};
   context_.events->onStreamStateChanged(context_.room_id.c_str(), join_.user_id.c_str(),
                                         kStreamStateNoPublishPermission, jsonText(extra).c_str());
 }
 
-void Room::unpublish(int32_t media) {
-  setPublished(own_.published & ~media);
+void Room::unpublish(int32_t stream_index, int32_t media) {
+  setPublished(stream_index, published(stream_index) & ~media);
 }
 
-void Room::subscribe(const std::string& user, int32_t media) {
+void Room::subscribeAs(Entry& entry, int32_t stream_index, int32_t media) {
+  entry.user->stream(stream_index).setWanted(media);
+  refresh(entry);
+}
+
+void Room::subscribe(const std::string& user, int32_t stream_index, int32_t media) {
   const auto found = users_.find(user);
-  if (found == users_.end()) {
-    const SubscribeConfig info = {};
-    return context_.events->onStreamSubscribed(
-        state_ == State::kOut ? kSubscribeStateNotInRoom : kSubscribeStateStreamNotFound, user.c_str(), info);
+  if (found != users_.end()) {
+    return subscribeAs(found->second, stream_index, found->second.user->stream(stream_index).wanted() | media);
   }
-  found->second.user->setWanted(found->second.user->wanted() | media);
-  refresh(found->second);
+  SubscribeConfig info = {};
+  info.is_screen = stream_index == kStreamIndexScreen;
+  context_.events->onStreamSubscribed(state_ == State::kOut ? kSubscribeStateNotInRoom : kSubscribeStateStreamNotFound,
+                                      user.c_str(), info);
 }
 
-void Room::unsubscribe(const std::string& user, int32_t media) {
+void Room::unsubscribe(const std::string& user, int32_t stream_index, int32_t media) {
   const auto found = users_.find(user);
   if (found == users_.end()) return;
-  found->second.user->setWanted(found->second.user->wanted() & ~media);
-  refresh(found->second);
+  subscribeAs(found->second, stream_index, found->second.user->stream(stream_index).wanted() & ~media);
 }
 
 void Room::subscribeAll(int32_t media) {
   subscribe_new_ |= media;
   for (auto& [id, entry] : users_) {
-    entry.user->setWanted(entry.user->wanted() | media);
+    for (RemoteStream& stream : entry.user->streams()) stream.setWanted(stream.wanted() | media);
     refresh(entry);
   }
 }
@@ -325,7 +336,7 @@ void Room::subscribeAll(int32_t media) {
 void Room::unsubscribeAll(int32_t media) {
   subscribe_new_ &= ~media;
   for (auto& [id, entry] : users_) {
-    entry.user->setWanted(entry.user->wanted() & ~media);
+    for (RemoteStream& stream : entry.user->streams()) stream.setWanted(stream.wanted() & ~media);
     refresh(entry);
   }
 }
@@ -333,7 +344,7 @@ void Room::unsubscribeAll(int32_t media) {
 void Room::setPaused(int32_t media, bool paused) {
   paused_ = paused ? paused_ | media : paused_ & ~media;
   for (auto& [id, entry] : users_) {
-    entry.user->setPaused(paused_);
+    for (RemoteStream& stream : entry.user->streams()) stream.setPaused(paused_);
     refresh(entry);
   }
 }
@@ -346,17 +357,21 @@ std::vector<RemoteUser*> Room::remoteUsers() {
   return present;
 }
 
-void Room::setVolume(const std::string& user, int32_t volume) {
-  volumes_[user] = volume;
+void Room::setVolume(const std::string& user, int32_t stream_index, int32_t volume) {
+  volumes_[{user, stream_index}] = volume;
   const auto found = users_.find(user);
-  if (found != users_.end()) found->second.user->setVolume(volume, room_volume_);
+  if (found != users_.end()) applyVolume(*found->second.user);
 }
 
 void Room::setRoomVolume(int32_t volume) {
   room_volume_ = volume;
-  for (auto& [id, entry] : users_) {
-    const auto own = volumes_.find(id);
-    entry.user->setVolume(own != volumes_.end() ? own->second : 100, volume);
+  for (auto& [id, entry] : users_) applyVolume(*entry.user);
+}
+
+void Room::applyVolume(RemoteUser& user) {
+  for (int32_t index : {kStreamIndexMain, kStreamIndexScreen}) {
+    const auto own = volumes_.find({user.uid(), index});
+    user.stream(index).setVolume(own != volumes_.end() ? own->second : 100, room_volume_);
   }
 }
 
@@ -369,7 +384,7 @@ void Room::setVisible(bool visible) {
   if (visible) {
     tellState();
   } else {
-    setPublished(0);  // tells the state
+    for (int32_t index : {kStreamIndexMain, kStreamIndexScreen}) setPublished(index, 0);  // tells the state
   }
   context_.events->onUserVisibilityChanged(visible, kUserVisibilityErrorOk);
 }

@@ -1,12 +1,14 @@
 // One room: being in it, who else is, and what is exchanged with them.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rooms/local_stream.h"
@@ -42,22 +44,30 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   /// Reports onLeaveRoom, if the room was joined or was being joined.
   void leave();
 
-  void publish(int32_t media);
-  void unpublish(int32_t media);
-  void subscribe(const std::string& user, int32_t media);
-  void unsubscribe(const std::string& user, int32_t media);
+  // Of one stream, a StreamIndex.
+
+  void publish(int32_t stream_index, int32_t media);
+  void unpublish(int32_t stream_index, int32_t media);
+  void subscribe(const std::string& user, int32_t stream_index, int32_t media);
+  void unsubscribe(const std::string& user, int32_t stream_index, int32_t media);
+  /// Percent.
+  void setVolume(const std::string& user, int32_t stream_index, int32_t volume);
+
+  // Of all streams, also of those to come.
+
   void subscribeAll(int32_t media);
   void unsubscribeAll(int32_t media);
+  void setPaused(int32_t media, bool paused);
+  /// Percent.
+  void setRoomVolume(int32_t volume);
+
+  // Of the local user and the room.
+
   /// Before the room is joined, too: it is joined invisible then.
   void setVisible(bool visible);
   /// Reported under `task`.
   void setExtraInfo(int32_t task, const std::string& key, const std::string& value);
   void setToken(std::string token) { join_.token = std::move(token); }
-  /// Percent: of one user, of all.
-  void setVolume(const std::string& user, int32_t volume);
-  void setRoomVolume(int32_t volume);
-  /// Of all subscriptions, also those to come.
-  void setPaused(int32_t media, bool paused);
   void send(OutgoingMessage message) { messages_.send(std::move(message)); }
 
   Service& service() { return service_; }
@@ -70,7 +80,6 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   struct Entry {
     std::unique_ptr<RemoteUser> user;
     bool announced = false;
-    int32_t published = 0;
     std::chrono::steady_clock::time_point known_since;
   };
 
@@ -79,7 +88,11 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void end(RoomState state, const std::string& reason);
   void reportState(RoomState state, const std::string& reason);
   void tellState();
-  void setPublished(int32_t media);
+  int32_t& published(int32_t stream_index) { return stream_index == kStreamIndexScreen ? own_.screen : own_.published; }
+  void setPublished(int32_t stream_index, int32_t media);
+  void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
+  void applyVolume(RemoteUser& user);
+  void tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason);
   int32_t tryExtraInfo(const std::string& key, const std::string& value);
   // Pairs of the room whose keeper has left are kept by the first of those who stay.
   void adoptRoomInfo(const MemberState& left);
@@ -95,13 +108,14 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void onJoinFailed(JoinFault fault, const std::string& reason) override;
   void onMemberJoined(const std::string& member, const std::string& state) override;
   void onMemberState(const std::string& member, const std::string& state) override;
-  void onMemberStreams(const std::string& member, const std::vector<FeedStream>& streams) override;
+  void onMemberStreams(const std::string& member, int32_t stream_index,
+                       const std::vector<FeedStream>& streams) override;
   void onMemberLeft(const std::string& member) override;
   void onRemoved(bool room_ended, const std::string& reason) override;
   void onLost() override;
   void onReachableChanged() override;
   bool isInRoom(const std::string& user) const override;
-  LocalStream& localStream() override { return local_; }
+  std::array<LocalStream, 2>& localStreams() override { return local_; }
   std::vector<RemoteUser*> remoteUsers() override;
 
   RoomContext context_;
@@ -111,7 +125,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   bool was_in_ = false;  // since join()
   bool visible_ = true;  // as the application wants it
   int32_t room_volume_ = 100;
-  std::map<std::string, int32_t> volumes_;  // by user, where not 100
+  std::map<std::pair<std::string, int32_t>, int32_t> volumes_;  // by user and stream, where not 100
   std::map<std::string, ExtraInfo> room_info_;
   MemberState own_;
   std::string told_;  // own_ as the others know it
@@ -122,7 +136,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   AttachedSource retry_;
   AttachedSource check_;
   std::unique_ptr<RoomSession> session_;
-  LocalStream local_;
+  std::array<LocalStream, 2> local_;  // by StreamIndex
   RoomMessages messages_;
   std::map<std::string, Entry> users_;
   RoomReport report_;

@@ -16,7 +16,8 @@ namespace corvane::rtc {
 /// Engine thread only.
 struct RoomContext {
   EngineContext& engine;
-  LocalMedia& media;
+  LocalMedia& camera_media;  ///< and the microphone's
+  LocalMedia& screen_media;
   RemoteSinks& sinks;
   RemoteSounds& sounds;
   const std::string room_id;

@@ -75,59 +75,81 @@ RoomStats RoomReport::total() const {
 }
 
 void RoomReport::ask() {
-  subject_.localStream().requestStatistics();
-  for (RemoteUser* user : subject_.remoteUsers()) user->requestStatistics();
+  for (LocalStream& stream : subject_.localStreams()) stream.requestStatistics();
+  for (RemoteUser* user : subject_.remoteUsers()) {
+    for (RemoteStream& stream : user->streams()) stream.requestStatistics();
+  }
   timer_ = room_.engine.thread.after(kAnswerTime, [this] { tell(); });
+}
+
+std::vector<LocalStreamStats> RoomReport::takeLocal(int32_t interval, RoomStats& stats) {
+  std::vector<LocalStreamStats> all;
+  for (LocalStream& stream : subject_.localStreams()) {
+    LocalStreamStats local = {};
+    if (!stream.takeStatistics(interval, local, sent_bytes_)) continue;
+    const LocalAudioStats& audio = local.audio_stats;
+    const LocalVideoStats& video = local.video_stats;
+    stats.tx_audio_kbitrate += audio.send_kbitrate;
+    (local.is_screen ? stats.tx_screen_kbitrate : stats.tx_video_kbitrate) += video.sent_kbitrate;
+    stats.tx_lostrate = std::max({stats.tx_lostrate, audio.audio_loss_rate, video.video_loss_rate});
+    stats.rtt = std::max({stats.rtt, audio.rtt, video.rtt});
+    stats.tx_jitter = std::max({stats.tx_jitter, audio.jitter, video.jitter});
+    all.push_back(local);
+  }
+  return all;
+}
+
+std::vector<RemoteStreamStats> RoomReport::takeRemote(int32_t interval, RoomStats& stats,
+                                                      std::vector<NetworkQualityStats>& qualities) {
+  std::vector<RemoteStreamStats> all;
+  for (RemoteUser* user : subject_.remoteUsers()) {
+    if (user->state().visible) ++stats.user_count;
+    NetworkQualityStats quality = {user->uid().c_str(),    0, stats.rtt,
+                                   kNetworkQualityUnknown, 0, kNetworkQualityUnknown};
+    const size_t before = all.size();
+    for (RemoteStream& stream : user->streams()) {
+      RemoteStreamStats remote = {};
+      remote.audio_stats.rtt = stats.rtt;
+      remote.video_stats.rtt = stats.rtt;
+      if (!stream.takeStatistics(interval, remote, received_bytes_)) continue;
+      const RemoteAudioStats& audio = remote.audio_stats;
+      const RemoteVideoStats& video = remote.video_stats;
+      stats.rx_audio_kbitrate += audio.received_kbitrate;
+      (remote.is_screen ? stats.rx_screen_kbitrate : stats.rx_video_kbitrate) += video.received_kbitrate;
+      stats.rx_jitter = std::max({stats.rx_jitter, audio.jitter, video.jitter});
+      quality.fraction_lost = std::max({quality.fraction_lost, audio.audio_loss_rate, video.video_loss_rate});
+      quality.total_bandwidth += audio.received_kbitrate + video.received_kbitrate;
+      // The worse of the two streams: higher numbers are worse.
+      quality.rx_quality = std::max(quality.rx_quality, remote.remote_rx_quality);
+      all.push_back(remote);
+    }
+    stats.rx_lostrate = std::max(stats.rx_lostrate, quality.fraction_lost);
+    if (all.size() > before) qualities.push_back(quality);
+  }
+  return all;
 }
 
 void RoomReport::tell() {
   const int32_t interval = millisecondsSince(told_);
   told_ = std::chrono::steady_clock::now();
-  const std::vector<RemoteUser*> users = subject_.remoteUsers();
 
   RoomStats stats = {};
-  LocalStreamStats local = {};
-  const bool sends = subject_.localStream().takeStatistics(interval, local, sent_bytes_);
-  if (sends) {
-    stats.tx_audio_kbitrate = local.audio_stats.send_kbitrate;
-    stats.tx_video_kbitrate = local.video_stats.sent_kbitrate;
-    stats.tx_lostrate = std::max(local.audio_stats.audio_loss_rate, local.video_stats.video_loss_rate);
-    stats.rtt = std::max(local.audio_stats.rtt, local.video_stats.rtt);
-    stats.tx_jitter = std::max(local.audio_stats.jitter, local.video_stats.jitter);
-  }
-
-  std::vector<RemoteStreamStats> remotes;
+  stats.user_count = 1;
+  std::vector<LocalStreamStats> locals = takeLocal(interval, stats);
   std::vector<NetworkQualityStats> qualities;
-  int32_t visible = 1;
-  for (RemoteUser* user : users) {
-    if (user->state().visible) ++visible;
-    RemoteStreamStats remote = {};
-    remote.audio_stats.rtt = stats.rtt;
-    remote.video_stats.rtt = stats.rtt;
-    if (!user->takeStatistics(interval, remote, received_bytes_)) continue;
-    remotes.push_back(remote);
-    stats.rx_audio_kbitrate += remote.audio_stats.received_kbitrate;
-    stats.rx_video_kbitrate += remote.video_stats.received_kbitrate;
-    const double loss = std::max(remote.audio_stats.audio_loss_rate, remote.video_stats.video_loss_rate);
-    stats.rx_lostrate = std::max(stats.rx_lostrate, loss);
-    stats.rx_jitter = std::max({stats.rx_jitter, remote.audio_stats.jitter, remote.video_stats.jitter});
-    qualities.push_back({remote.uid, loss, stats.rtt, remote.remote_rx_quality,
-                         remote.audio_stats.received_kbitrate + remote.video_stats.received_kbitrate,
-                         remote.remote_tx_quality});
-  }
+  const std::vector<RemoteStreamStats> remotes = takeRemote(interval, stats, qualities);
 
   const ProcessorLoad load = processors_.measure();
   stats.duration = millisecondsSince(started_) / 1000;
   stats.tx_bytes = sent_bytes_;
   stats.rx_bytes = received_bytes_;
-  stats.tx_kbitrate = stats.tx_audio_kbitrate + stats.tx_video_kbitrate;
-  stats.rx_kbitrate = stats.rx_audio_kbitrate + stats.rx_video_kbitrate;
-  stats.user_count = visible;
+  stats.tx_kbitrate = stats.tx_audio_kbitrate + stats.tx_video_kbitrate + stats.tx_screen_kbitrate;
+  stats.rx_kbitrate = stats.rx_audio_kbitrate + stats.rx_video_kbitrate + stats.rx_screen_kbitrate;
   stats.cpu_app_usage = load.process;
   stats.cpu_total_usage = load.machine;
   last_ = stats;
 
-  const int32_t tx_quality = sends ? networkQuality(stats.tx_lostrate, stats.rtt) : kNetworkQualityUnknown;
+  const int32_t tx_quality = !locals.empty() ? networkQuality(stats.tx_lostrate, stats.rtt) : kNetworkQualityUnknown;
   const int32_t rx_quality = remotes.empty() ? kNetworkQualityUnknown : networkQuality(stats.rx_lostrate, stats.rtt);
   const NetworkQualityStats own = {room_.user_id.c_str(),
                                    stats.tx_lostrate,
@@ -139,7 +161,7 @@ void RoomReport::tell() {
 
   IRTCRoomEventHandler& events = *room_.events;
   events.onRoomStats(stats);
-  if (sends) {
+  for (LocalStreamStats& local : locals) {
     local.local_tx_quality = tx_quality;
     local.local_rx_quality = rx_quality;
     events.onLocalStreamStats(local);

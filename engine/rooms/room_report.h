@@ -1,6 +1,7 @@
 // What a room tells of its streams and its network, every two seconds.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <string_view>
@@ -22,7 +23,7 @@ class RoomReport {
   /// Of whom the report is. They live as long as the report.
   class Subject {
    public:
-    virtual LocalStream& localStream() = 0;
+    virtual std::array<LocalStream, 2>& localStreams() = 0;
     /// Those in the room.
     virtual std::vector<RemoteUser*> remoteUsers() = 0;
 
@@ -40,6 +41,9 @@ class RoomReport {
  private:
   void ask();
   void tell();
+  std::vector<LocalStreamStats> takeLocal(int32_t interval, RoomStats& stats);
+  std::vector<RemoteStreamStats> takeRemote(int32_t interval, RoomStats& stats,
+                                            std::vector<NetworkQualityStats>& qualities);
 
   RoomContext& room_;
   Subject& subject_;

@@ -23,12 +23,13 @@ uint64_t stableHash(const std::string& text) {
 
 }  // namespace
 
-Rooms::Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks,
-             RemoteSounds& sounds, std::vector<std::string> services)
+Rooms::Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::unique_ptr<LocalMedia> screen,
+             RemoteSinks& sinks, RemoteSounds& sounds, std::vector<std::string> services)
     : context_(context),
       sinks_(sinks),
       sounds_(sounds),
-      media_(context, camera, microphone),
+      camera_(std::move(camera)),
+      screen_(std::move(screen)),
       addresses_(std::move(services)) {}
 
 // The first key of a process takes up to half a second to make, and every connection uses it: made ahead, it is not
@@ -50,7 +51,8 @@ Rooms::~Rooms() {
 
 void Rooms::create(const std::string& id) {
   makeKeyAhead();
-  rooms_[id] = std::make_shared<Room>(RoomContext{context_, media_, sinks_, sounds_, id, "", nullptr}, serviceOf(id));
+  rooms_[id] = std::make_shared<Room>(RoomContext{context_, *camera_, *screen_, sinks_, sounds_, id, "", nullptr},
+                                      serviceOf(id));
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
 }
 

@@ -19,8 +19,8 @@ namespace corvane::rtc {
 class Rooms final : public Service::Listener {
  public:
   /// services: addresses; none stands for the private service of this machine.
-  Rooms(EngineContext& context, PictureTaps& camera, SoundTaps& microphone, RemoteSinks& sinks, RemoteSounds& sounds,
-        std::vector<std::string> services);
+  Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::unique_ptr<LocalMedia> screen,
+        RemoteSinks& sinks, RemoteSounds& sounds, std::vector<std::string> services);
   ~Rooms();
   Rooms(const Rooms&) = delete;
   Rooms& operator=(const Rooms&) = delete;
@@ -30,7 +30,8 @@ class Rooms final : public Service::Listener {
   /// Null when there is none.
   std::shared_ptr<Room> find(const std::string& id) const;
   void destroy(const std::string& id);
-  LocalMedia& media() { return media_; }
+  /// Of a StreamIndex.
+  LocalMedia& media(int32_t stream_index) { return stream_index == kStreamIndexScreen ? *screen_ : *camera_; }
 
  private:
   void makeKeyAhead();
@@ -40,7 +41,8 @@ class Rooms final : public Service::Listener {
   EngineContext& context_;
   RemoteSinks& sinks_;
   RemoteSounds& sounds_;
-  LocalMedia media_;
+  const std::unique_ptr<LocalMedia> camera_;
+  const std::unique_ptr<LocalMedia> screen_;
   const std::vector<std::string> addresses_;
   std::thread key_maker_;
   std::map<std::string, std::unique_ptr<Service>> services_;  // by address

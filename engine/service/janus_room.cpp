@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include "corvane_rtc/common.h"
 #include "service/janus_feed.h"
 #include "service/janus_messages.h"
+#include "service/janus_screen.h"
 
 namespace corvane::rtc {
 
@@ -107,7 +109,8 @@ void JanusRoom::onJoined(const Json& data) {
   for (const char* list : {"attendees", "publishers"}) {
     for (const Json& member : memberOf(data, list)) {
       if (alive.expired()) return;
-      listener_.onMemberJoined(textOf(member, "id"), textOf(member, "display"));
+      const std::string id = textOf(member, "id");
+      if (!isScreenId(id)) listener_.onMemberJoined(id, textOf(member, "display"));
     }
   }
   if (!alive.expired()) onPublishers(memberOf(data, "publishers"));
@@ -123,8 +126,18 @@ void JanusRoom::onPublishers(const Json& publishers) {
       if ((type != "audio" && type != "video") || flagOf(stream, "disabled", false)) continue;
       streams.push_back({textOf(stream, "mid"), type == "video", textOf(stream, "codec")});
     }
-    listener_.onMemberStreams(textOf(publisher, "id"), streams);
+    tellStreams(textOf(publisher, "id"), streams);
   }
+}
+
+void JanusRoom::tellStreams(const std::string& id, const std::vector<FeedStream>& streams) {
+  if (isScreenId(id)) return listener_.onMemberStreams(memberOfScreen(id), kStreamIndexScreen, streams);
+  listener_.onMemberStreams(id, kStreamIndexMain, streams);
+}
+
+void JanusRoom::tellLeft(const std::string& id) {
+  if (isScreenId(id)) return tellStreams(id, {});
+  listener_.onMemberLeft(id);
 }
 
 void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
@@ -134,18 +147,20 @@ void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
     return listener_.onRemoved(/*room_ended=*/true, "the room was ended on the service");
   }
   if (const Json& joining = memberOf(data, "joining"); joining.is_object()) {
-    return listener_.onMemberJoined(textOf(joining, "id"), textOf(joining, "display"));
+    const std::string id = textOf(joining, "id");
+    if (!isScreenId(id)) listener_.onMemberJoined(id, textOf(joining, "display"));
+    return;
   }
   if (const Json& publishers = memberOf(data, "publishers"); publishers.is_array()) return onPublishers(publishers);
   if (memberOf(data, "display").is_string()) {
     return listener_.onMemberState(textOf(data, "id"), textOf(data, "display"));
   }
   if (const std::string id = textOf(data, "unpublished"); !id.empty()) {
-    if (id != "ok") listener_.onMemberStreams(id, {});
+    if (id != "ok") tellStreams(id, {});
     return;
   }
   if (const std::string id = textOf(data, "kicked"); !id.empty()) {
-    if (id != request_.member_id) return listener_.onMemberLeft(id);
+    if (id != request_.member_id) return tellLeft(id);
     over_ = true;
     return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
   }
@@ -154,7 +169,7 @@ void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
       over_ = true;
       return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
     }
-    listener_.onMemberLeft(id);
+    tellLeft(id);
   }
 }
 
@@ -176,15 +191,17 @@ void JanusRoom::setState(const std::string& state) {
   handle_->send({{"request", "configure"}, {"display", state}});
 }
 
-std::unique_ptr<PeerLink> JanusRoom::openPublisher(PeerLink::Listener& listener) {
+std::unique_ptr<PeerLink> JanusRoom::openPublisher(int32_t stream_index, PeerLink::Listener& listener) {
+  if (stream_index == kStreamIndexScreen) return std::make_unique<JanusScreen>(connection_, request_, listener);
   auto publisher = std::make_unique<Publisher>(*this, listener);
   publisher_ = publisher.get();
   return publisher;
 }
 
-std::unique_ptr<FeedLink> JanusRoom::openFeed(const std::string& member, const std::vector<FeedStream>& streams,
-                                              PeerLink::Listener& listener) {
-  return std::make_unique<JanusFeed>(connection_, request_, member, streams, listener);
+std::unique_ptr<FeedLink> JanusRoom::openFeed(const std::string& member, int32_t stream_index,
+                                              const std::vector<FeedStream>& streams, PeerLink::Listener& listener) {
+  const std::string id = stream_index == kStreamIndexScreen ? screenIdOf(member) : member;
+  return std::make_unique<JanusFeed>(connection_, request_, id, streams, listener);
 }
 
 std::unique_ptr<MessageLink> JanusRoom::openMessages(MessageLink::Listener& listener) {

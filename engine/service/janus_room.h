@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "service/janus_connection.h"
 #include "service/janus_handle.h"
@@ -11,15 +12,16 @@
 namespace corvane::rtc {
 
 /// Members stand under their ids in the service's list of participants; their states are their display names there.
+/// A member's screen is a participant of its own: see JanusScreen.
 class JanusRoom final : public RoomSession, public JanusHandle::Listener {
  public:
   JanusRoom(JanusConnection& connection, const JoinRequest& request, RoomSession::Listener& listener);
   ~JanusRoom() override;
 
   void setState(const std::string& state) override;
-  std::unique_ptr<PeerLink> openPublisher(PeerLink::Listener& listener) override;
-  std::unique_ptr<FeedLink> openFeed(const std::string& member, const std::vector<FeedStream>& streams,
-                                     PeerLink::Listener& listener) override;
+  std::unique_ptr<PeerLink> openPublisher(int32_t stream_index, PeerLink::Listener& listener) override;
+  std::unique_ptr<FeedLink> openFeed(const std::string& member, int32_t stream_index,
+                                     const std::vector<FeedStream>& streams, PeerLink::Listener& listener) override;
   std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) override;
 
  private:
@@ -29,6 +31,8 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   void join();
   void onJoined(const Json& data);
   void onPublishers(const Json& publishers);
+  void tellStreams(const std::string& id, const std::vector<FeedStream>& streams);
+  void tellLeft(const std::string& id);
   void fail(const Json& data);
 
   void onHandleEvent(const Json& data, const std::string& sdp) override;

@@ -1,6 +1,7 @@
 // What the engine needs of a service that rooms are held on, whatever the service is. All of it on the engine thread.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -90,8 +91,9 @@ class RoomSession {
     virtual void onJoinFailed(JoinFault fault, const std::string& reason) = 0;
     virtual void onMemberJoined(const std::string& member, const std::string& state) = 0;
     virtual void onMemberState(const std::string& member, const std::string& state) = 0;
-    /// All that the member sends now; nothing when it has stopped.
-    virtual void onMemberStreams(const std::string& member, const std::vector<FeedStream>& streams) = 0;
+    /// All that the member sends now in one of its two streams, a StreamIndex; nothing when it has stopped.
+    virtual void onMemberStreams(const std::string& member, int32_t stream_index,
+                                 const std::vector<FeedStream>& streams) = 0;
     virtual void onMemberLeft(const std::string& member) = 0;
     /// The service has put this member out, or has ended the room.
     virtual void onRemoved(bool room_ended, const std::string& reason) = 0;
@@ -107,9 +109,10 @@ class RoomSession {
 
   /// A short text that every member is told, also those that join later.
   virtual void setState(const std::string& state) = 0;
-  virtual std::unique_ptr<PeerLink> openPublisher(PeerLink::Listener& listener) = 0;
-  virtual std::unique_ptr<FeedLink> openFeed(const std::string& member, const std::vector<FeedStream>& streams,
-                                             PeerLink::Listener& listener) = 0;
+  /// One for each stream at a time.
+  virtual std::unique_ptr<PeerLink> openPublisher(int32_t stream_index, PeerLink::Listener& listener) = 0;
+  virtual std::unique_ptr<FeedLink> openFeed(const std::string& member, int32_t stream_index,
+                                             const std::vector<FeedStream>& streams, PeerLink::Listener& listener) = 0;
   virtual std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) = 0;
 };
 

@@ -95,11 +95,11 @@ class Participant {
     await this.call('video', 'startVideoCapture');
   }
 
-  /** Waits for frames of a user's, beyond those that have come; then { frames, width, height, luma, chroma }. */
-  async frames(room, user, count = 10) {
-    const key = { room_id: room, user_id: user, stream_index: 0 };
+  /** Waits for frames of a user's, beyond those that have come; then { frames, width, height, luma }. */
+  async frames(room, user, count = 10, stream_index = 0) {
+    const key = { room_id: room, user_id: user, stream_index };
     await this.call('video', 'setRemoteVideoSink', key, 1);
-    return this.call('actions', 'awaitFrames', user, count, kTimeoutMs);
+    return this.call('actions', 'awaitFrames', `${user} ${stream_index}`, count, kTimeoutMs);
   }
 
   /** Ends it as a person would. */
@@ -125,13 +125,14 @@ function runChild() {
   sdk.setLogConfig({ log_path: workplace, log_level: 0, log_file_size: 10, log_filename_prefix: name });
   const video = new sdk.xoRTCVideo();
   const rooms = new Map();
-  const seen = new Map(); // by user: { frames, width, height, buffer, looks }
+  const seen = new Map(); // by user and stream: { frames, width, height, buffer, looks }
 
+  const kStreams = ['onRemoteVideoFrame', 'onRemoteScreenFrame'];
   const tell = (event) => process.connected && process.send({ event });
 
   function onMessage(message) {
     if (message.type === 'GroupVideoFrame') {
-      for (const { Type, Object: frame } of message.group) if (Type === 'onRemoteVideoFrame') onFrame(frame);
+      for (const { Type, Object: frame } of message.group) if (kStreams.includes(Type)) onFrame(frame, kStreams.indexOf(Type));
       return;
     }
     if (message.Type === 'onRemoteVideoSizeChanged') onSize(message.Object);
@@ -139,14 +140,16 @@ function runChild() {
   }
 
   function onSize({ key, info: { width, height } }) {
-    const user = seen.get(key.user_id) ?? { frames: 0, looks: new Set() };
+    const name = `${key.user_id} ${key.stream_index}`;
+    const user = seen.get(name) ?? { frames: 0, looks: new Set() };
     user.buffer = Buffer.alloc(width * height * 2);
-    seen.set(key.user_id, user);
-    video.setRemoteVideoBuffer({ user_id: key.user_id, stream_type: 'onRemoteVideoFrame', width, height, plane_y: user.buffer });
+    seen.set(name, user);
+    const stream_type = kStreams[key.stream_index];
+    video.setRemoteVideoBuffer({ user_id: key.user_id, stream_type, width, height, plane_y: user.buffer });
   }
 
-  function onFrame({ user_id, width, height, plane_size_y }) {
-    const user = seen.get(user_id);
+  function onFrame({ user_id, width, height, plane_size_y }, stream_index) {
+    const user = seen.get(`${user_id} ${stream_index}`);
     Object.assign(user, { width, height, stride: plane_size_y });
     user.frames++;
     for (const look of user.looks) look();

@@ -1,0 +1,108 @@
+// One of another user's streams: what the service has of it, what of that is wanted, and the feed over which it comes.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "playback/remote_sounds.h"
+#include "rooms/connection_stats.h"
+#include "rooms/remote_feed.h"
+#include "rooms/room_context.h"
+
+namespace corvane::rtc {
+
+/// Engine thread only, but for the pictures.
+class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::Receiver {
+ public:
+  /// stream_index: StreamIndex; wanted: MediaStreamType.
+  RemoteStream(RoomContext& room, std::string uid, int32_t stream_index, int32_t wanted);
+  ~RemoteStream();
+  RemoteStream(const RemoteStream&) = delete;
+  RemoteStream& operator=(const RemoteStream&) = delete;
+
+  bool isScreen() const { return stream_index_ == kStreamIndexScreen; }
+
+  /// What the user says that it publishes: MediaStreamType.
+  void setPublished(int32_t media) { published_ = media; }
+  /// What the service has.
+  void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
+  void setWanted(int32_t media) { wanted_ = media; }
+  int32_t wanted() const { return wanted_; }
+  /// Media that do not arrive although they are wanted.
+  void setPaused(int32_t media) { paused_ = media; }
+  /// What the user publishes and the service has.
+  int32_t available() const;
+
+  // What the application has been told of that.
+
+  int32_t told() const { return told_; }
+  void setTold(int32_t media) { told_ = media; }
+
+  /// Opens, changes or closes the feed as all of the above now wants it.
+  void update(RoomSession* session, bool loopback_only);
+  /// The connection to the service is gone; the stream may still be there.
+  void suspend();
+
+  /// Percent, of this stream alone and of its room.
+  void setVolume(int32_t user, int32_t room);
+
+  /// Brings the connection's counters up to date, a moment later.
+  void requestStatistics();
+  /// What arrived since the call before; bytes are added to `received_bytes`. False when nothing is received.
+  bool takeStatistics(int32_t interval_ms, RemoteStreamStats& stats, int64_t& received_bytes);
+
+ private:
+  struct Size {
+    int32_t width = 0;
+    int32_t height = 0;
+    bool operator==(const Size&) const = default;
+  };
+
+  StreamKey key() const;
+  void closeFeed(RemoteVideoStateChangeReason reason);
+  void reportSubscribed(SubscribeState state);
+  void onSize(Size size);
+  void onShown(Size size);
+
+  void onPeerConnected() override;
+  void onPeerFailed(const std::string& reason) override;
+  void onRemotePicture(const Picture& picture) override;
+  void onRemoteSound(const SoundBlock& block) override;
+  void onFirstSound();
+
+  RoomContext& room_;
+  const std::string uid_;
+  const int32_t stream_index_;
+  const std::shared_ptr<VideoSinkSlot> sink_;
+  std::vector<FeedStream> streams_;
+  int32_t published_ = 0;
+  int32_t told_ = 0;
+  int32_t wanted_;
+  int32_t paused_ = 0;
+  RoomSession* session_ = nullptr;
+  bool loopback_only_ = false;
+  bool decoding_ = false;
+  bool sounding_ = false;
+  Size reported_size_;
+  std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
+  AttachedSource retry_;
+  Size seen_size_;           // the feed's own thread's, as is:
+  bool shown_seen_ = false;  // whether a sink was given one
+  bool sound_seen_ = false;  // the feed's sound thread's
+  const std::shared_ptr<RemoteSound> sound_;
+
+  // As they were when statistics were taken last.
+  struct Counters {
+    ConnectionStats connection;
+    int64_t pictures = 0;
+    int64_t stalls = 0;
+    int64_t stall_ns = 0;
+  };
+  ConnectionStats connection_;
+  Counters taken_;
+  std::unique_ptr<RemoteFeed> feed_;
+};
+
+}  // namespace corvane::rtc
