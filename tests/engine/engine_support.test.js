@@ -89,6 +89,7 @@ const fitting = {
   clearVideoWatermark: [0],
   setLocalVideoSink: [0, 1],
   setVideoEncoderConfig: [[{ width: 320, height: 180, frame_rate: 15, max_bitrate: -1, min_bitrate: 0, encoder_preference: 0 }]],
+  setScreenVideoEncoderConfig: [{ width: 320, height: 180, frame_rate: 15, max_bitrate: -1, min_bitrate: 0, encoder_preference: 0 }],
   setRemoteAudioPlaybackVolume: [{ room_id: 'room', user_id: 'someone', stream_index: 0 }, 50],
   setRemoteRoomAudioPlaybackVolume: [50],
   setRemoteVideoSink: [{ room_id: 'room', user_id: 'someone', stream_index: 0 }, 1],
