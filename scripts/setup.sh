@@ -7,6 +7,7 @@ source "$(dirname "$0")/common.sh"
 declare -A packages=(
   [build]="g++ cmake ninja-build pkg-config libyuv-dev libpng-dev nlohmann-json3-dev
            libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+           libwebrtc-audio-processing-dev libsoundtouch-dev
            libxcb1-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-randr0-dev libxcb-res0-dev libxcb-shm0-dev
            libxcb-xfixes0-dev
            gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa

@@ -107,20 +107,24 @@ int32_t RtcVideo::setAudioProfile(int32_t /*audio_profile*/) {
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::setAnsMode(int32_t /*ans_mode*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setAnsMode(int32_t ans_mode) {
+  if (ans_mode < kAnsModeDisable || ans_mode > kAnsModeAutomatic) return kInvalidParameter;
+  captured_sound_.cleaner().setNoiseSuppression(ans_mode);
+  return kSuccess;
 }
 
-int32_t RtcVideo::enableAGC(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableAGC(bool enable) {
+  captured_sound_.cleaner().setGainControl(enable);
+  return kSuccess;
 }
 
 int32_t RtcVideo::enablePlaybackDucking(bool /*enable*/) {
   return notSupported(__func__);
 }
 
-int32_t RtcVideo::enableExternalSoundCard(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableExternalSoundCard(bool enable) {
+  captured_sound_.cleaner().leaveToSoundCard(enable);
+  return kSuccess;
 }
 
 int32_t RtcVideo::setAudioAlignmentProperty(const StreamKey& /*stream_key*/, int32_t /*mode*/) {

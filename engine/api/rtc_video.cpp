@@ -34,6 +34,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
       played_sound_(playback_, sound_hooks_, captured_sound_.taps()),
       sound_devices_(context_, parameters_.microphones),
       audio_devices_(sound_devices_, *this) {
+  playback_.taps().add(captured_sound_.cleaner().reference());
   context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
   playback_.onInput([this] { context_.thread.post([this] { speaker_->wake(); }); });
   context_.thread.post([this] {
@@ -74,6 +75,7 @@ RtcVideo::~RtcVideo() {
     sound_devices_.stop();
     cameras_.stop();
   });
+  playback_.taps().remove(captured_sound_.cleaner().reference());
   pushed_video_.close();
   context_.log.info("engine ended");
 }

@@ -62,7 +62,9 @@ void AudioCapture::open() {
   context_.log.info("microphone %s opens", opened_.c_str());
   session_ = std::make_shared<char>();
   queue_ = std::make_unique<SoundQueue>();
-  source_ = makeSoundSource(context_, *queue_, *this, parseMicrophoneId(opened_));
+  const MicrophoneId microphone = parseMicrophoneId(opened_);
+  sound_.cleaner().setDevice(std::holds_alternative<SoundDevice>(microphone));
+  source_ = makeSoundSource(context_, *queue_, *this, microphone);
   const SoundPumpEvents events = {
       .first_block = [this,
                       session = std::weak_ptr(session_)] { context_.thread.post(session, [this] { onFirstBlock(); }); },

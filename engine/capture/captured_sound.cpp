@@ -23,7 +23,10 @@ int32_t CapturedSound::enableObserver(const AudioFormat& format) {
 }
 
 void CapturedSound::deliver(SoundBlock& block) {
-  applied_.apply(block, device_gain_.load(std::memory_order_relaxed) * gain_.load(std::memory_order_relaxed));
+  applied_device_gain_.apply(block, device_gain_.load(std::memory_order_relaxed));
+  cleaner_.process(block);
+  // What the application makes louder or quieter is not for the automatic gain to make up for.
+  applied_gain_.apply(block, gain_.load(std::memory_order_relaxed));
   block.muted = muted_.load(std::memory_order_relaxed);
   if (block.muted) silence(block);
   if (const auto path = processor_.path()) {

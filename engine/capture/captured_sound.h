@@ -1,5 +1,5 @@
-// What becomes of the microphone's sound: volumes, the application's processor, silence while muted, and then everyone
-// who takes it.
+// What becomes of the microphone's sound: cleaning, volumes, the application's processor, silence while muted, and then
+// everyone who takes it.
 #pragma once
 
 #include <atomic>
@@ -11,6 +11,7 @@
 #include "media/sound_gain.h"
 #include "media/sound_hooks.h"
 #include "media/sound_taps.h"
+#include "voice/voice_cleaner.h"
 
 namespace corvane::rtc {
 
@@ -25,6 +26,9 @@ class CapturedSound {
   void setGain(float gain) { gain_.store(gain, std::memory_order_relaxed); }
   /// Everyone gets silence, the processor included; capture goes on. Returns whether that is a change.
   bool setMuted(bool muted) { return muted_.exchange(muted) != muted; }
+
+  /// Echo, noise, automatic gain: after the device's volume, before all else.
+  VoiceCleaner& cleaner() { return cleaner_; }
 
   /// kInvalidParameter for a shape that no frames can have.
   int32_t enableProcessor(const AudioFormat& format);
@@ -47,8 +51,12 @@ class CapturedSound {
   std::atomic<bool> muted_ = false;
   HookSwitch<ProcessingPath> processor_;
   HookSwitch<OutgoingPath> observer_;
+  VoiceCleaner cleaner_;
   SoundTaps taps_;
-  SoundGain applied_;  // the capture's thread's
+
+  // The capture's thread's.
+  SoundGain applied_device_gain_;
+  SoundGain applied_gain_;
 };
 
 }  // namespace corvane::rtc

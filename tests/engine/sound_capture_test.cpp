@@ -141,6 +141,18 @@ TEST_F(SoundCaptureTest, ChangesMicrophonesWhileCapturing) {
                              [](const SeenSound& a, const SeenSound& b) { return a.timestamp_us < b.timestamp_us; }));
 }
 
+TEST_F(SoundCaptureTest, SuppressesNoiseOnceAskedTo) {
+  listen("test:white-noise?level=-20");
+  report();
+  const auto level = [](const auto& infos) { return infos.at(0).audio_properties_info.nonlinear_volume; };
+  int32_t before = 0;
+  ASSERT_TRUE(events.waitForReport([&](const auto& infos) { return !infos.empty() && (before = level(infos)) > -30; }));
+  ASSERT_EQ(engine->setAnsMode(rtc::kAnsModeHigh), rtc::kSuccess);
+  ASSERT_TRUE(events.waitForReport([&](const auto& infos) { return !infos.empty() && level(infos) < before - 12; }));
+  ASSERT_EQ(engine->enableExternalSoundCard(true), rtc::kSuccess);
+  ASSERT_TRUE(events.waitForLevel(before));
+}
+
 TEST_F(SoundCaptureTest, WarnsOfAMicrophoneThatDeliversSilenceOnly) {
   listen("test:silence");
   EXPECT_TRUE(events.waitFor("warning test:silence 1 2"));
@@ -178,6 +190,7 @@ TEST_F(SoundCaptureTest, RefusesWhatNoMicrophoneCanDo) {
   EXPECT_EQ(engine->setCaptureVolume(2, 100), rtc::kInvalidParameter);
   EXPECT_EQ(engine->muteAudioCapture(rtc::kStreamIndexScreen, true), rtc::kNotSupported);
   EXPECT_EQ(engine->muteAudioCapture(-1, true), rtc::kInvalidParameter);
+  for (const int32_t mode : {-1, 5}) EXPECT_EQ(engine->setAnsMode(mode), rtc::kInvalidParameter) << mode;
 
   const rtc::AudioPropertiesConfig good = {100, false, false, 0, 1.0, 0, false};
   const auto refused = [&](auto change) {

@@ -4,44 +4,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numbers>
-#include <random>
 
 #include "media/sound_gain.h"
+#include "support/signals.h"
 
 namespace corvane::rtc {
 namespace {
 
-// Sample number -> -1 to 1.
-using Signal = std::function<double(int64_t sample)>;
-
-constexpr double kTurn = 2.0 * std::numbers::pi;
-
-double seconds(int64_t sample) {
-  return static_cast<double>(sample) / kSoundRate;
-}
-
-Signal sine(double hertz, double amplitude) {
-  return [=](int64_t sample) { return amplitude * std::sin(kTurn * hertz * seconds(sample)); };
-}
-
-// Pulses of the vocal cords through two resonances of an open mouth, in syllables.
-Signal vowel(double hertz) {
-  return [=](int64_t sample) {
-    const double in_period = std::fmod(seconds(sample), 1.0 / hertz);
-    const double syllable = 0.6 + 0.4 * std::sin(kTurn * 3.0 * seconds(sample));
-    return 0.3 * syllable *
-           (std::exp(-in_period * 300.0) * std::sin(kTurn * 700.0 * in_period) +
-            0.5 * std::exp(-in_period * 500.0) * std::sin(kTurn * 1200.0 * in_period));
-  };
-}
-
-Signal noise(double amplitude) {
-  return [=, random = std::minstd_rand(1)](int64_t) mutable {
-    return amplitude * std::uniform_real_distribution<double>(-1.0, 1.0)(random);
-  };
-}
+using test::noise;
+using test::Signal;
+using test::sine;
+using test::vowel;
 
 void play(SoundMeter& meter, const Signal& signal, int blocks, int32_t channels = 1, bool muted = false) {
   SoundBlock block;
@@ -110,7 +84,8 @@ TEST(SoundMeter, TellsVoicesFromOtherSoundAndTheirPitch) {
       {"beep", [](int64_t sample) { return sample / 24 % 2 == 0 ? 0.3 : -0.3; }},
       {"a knock",
        [](int64_t sample) {
-         return 0.8 * std::exp(-seconds(sample) * 80.0) * std::sin(kTurn * 120.0 * seconds(sample));
+         const double at = static_cast<double>(sample) / kSoundRate;
+         return 0.8 * std::exp(-at * 80.0) * std::sin(2.0 * std::numbers::pi * 120.0 * at);
        }},
       {"a voice too faint to matter", [](int64_t sample) { return 0.003 * vowel(130.0)(sample); }},
   };
