@@ -46,7 +46,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
     rooms_ = std::make_unique<Rooms>(
         context_, std::make_unique<LocalMedia>(context_, "camera", local_video_.taps(), sent_sound_.taps()),
-        std::make_unique<LocalMedia>(context_, "screen", screen_taps_, screen_sound_taps_), remote_sinks_,
+        std::make_unique<LocalMedia>(context_, "screen", screen_taps_, screen_sound_taps_), remote_sinks_, snapshots_,
         remote_sounds_, parameters_.services);
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);

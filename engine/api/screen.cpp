@@ -1,6 +1,7 @@
 // The screen as a source, recordings and snapshots.
 #include <limits>
 
+#include "api/rtc_room.h"
 #include "api/rtc_video.h"
 
 namespace corvane::rtc {
@@ -168,8 +169,10 @@ int32_t RtcVideo::takeLocalSnapshot(int32_t stream_index, ISnapshotResultCallbac
   return snapshots_.take(stream_index, callback);
 }
 
-int32_t RtcVideo::takeRemoteSnapshot(const StreamKey& /*stream_key*/, ISnapshotResultCallback* /*callback*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::takeRemoteSnapshot(const StreamKey& stream_key, ISnapshotResultCallback* callback) {
+  const bool valid = isRoomOrUserId(stream_key.room_id) && isRoomOrUserId(stream_key.user_id) &&
+                     (stream_key.stream_index == kStreamIndexMain || stream_key.stream_index == kStreamIndexScreen);
+  return valid ? snapshots_.takeRemote(stream_key, callback) : kInvalidParameter;
 }
 
 }  // namespace corvane::rtc

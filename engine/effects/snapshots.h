@@ -1,15 +1,18 @@
-// Single pictures of the local streams, asked for one by one.
+// Single pictures of local and remote streams, asked for one by one.
 #pragma once
 
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stop_token>
+#include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "corvane_rtc/snapshot.h"
@@ -23,27 +26,38 @@ namespace corvane::rtc {
 /// task: what the application does with them, such as compressing them, holds up no stream.
 class Snapshots {
  public:
-  Snapshots() = default;
+  Snapshots();
   /// Answers the tasks that are left.
   ~Snapshots();
   Snapshots(const Snapshots&) = delete;
   Snapshots& operator=(const Snapshots&) = delete;
 
-  /// The number of the task, which the stream's next picture answers, or a ReturnStatus. Without a picture for five
-  /// seconds the answer is kWrongState. Any thread.
-  int32_t take(int32_t stream_index, ISnapshotResultCallback* callback);
+  /// One stream, from before it comes until after it went.
+  class Stream;
 
-  /// Each picture of a stream, as its sink is given it; next to nothing where none is asked for. One thread at a time
-  /// for each stream.
-  void offer(int32_t stream_index, const Picture& picture);
+  // The number of the task, which the stream's next picture answers, or a ReturnStatus. Without a picture for five
+  // seconds the answer is kWrongState. Any thread.
+
+  int32_t take(int32_t stream_index, ISnapshotResultCallback* callback);
+  /// The key is one that a stream can have.
+  int32_t takeRemote(const StreamKey& key, ISnapshotResultCallback* callback);
+
+  /// To offer pictures for. Any thread.
+  std::shared_ptr<Stream> remoteStream(const std::string& room, const std::string& user, int32_t stream_index);
+
+  // Each picture of a stream, as its sink is given it; next to nothing where none is asked for. One thread at a time
+  // for each stream.
+
+  void offer(int32_t stream_index, const Picture& picture) {
+    offer(*local_[static_cast<size_t>(stream_index)], picture);
+  }
+  void offer(Stream& stream, const Picture& picture);
 
  private:
   using Clock = std::chrono::steady_clock;
-  static constexpr size_t kStreams = 2;
-
   struct Task {
     int32_t id;
-    int32_t stream_index;
+    std::shared_ptr<Stream> stream;
     ISnapshotResultCallback* callback;
     Clock::time_point deadline;
   };
@@ -58,12 +72,14 @@ class Snapshots {
   std::vector<Task> takeExpired();
   void answer(Shot& shot);
   static void refuse(const std::vector<Task>& tasks);
+  int32_t add(std::shared_ptr<Stream> stream, ISnapshotResultCallback* callback);
 
-  std::array<std::atomic<bool>, kStreams> wanted_ = {};  // whether a stream has tasks that wait
-  PictureShaper shaper_;                                 // the thread's, as is:
+  const std::array<std::shared_ptr<Stream>, 2> local_;  // by StreamIndex
+  PictureShaper shaper_;                                // the thread's, as is:
   FrameConverter converter_;
 
   std::mutex mutex_;
+  std::map<std::tuple<std::string, std::string, int32_t>, std::weak_ptr<Stream>> remote_;
   std::condition_variable_any changed_;
   std::vector<Task> waiting_;
   std::optional<Shot> shot_;

@@ -20,6 +20,7 @@ RemoteStream::RemoteStream(RoomContext& room, std::string uid, int32_t stream_in
       uid_(std::move(uid)),
       stream_index_(stream_index),
       sink_(room.sinks.find(room.room_id, uid_, stream_index)),
+      snapshots_(room.snapshots.remoteStream(room.room_id, uid_, stream_index)),
       wanted_(wanted),
       sound_(room.sounds.add(room.room_id, uid_, stream_index)) {}
 
@@ -111,6 +112,7 @@ void RemoteStream::onRemotePicture(const Picture& picture) {
     shown_seen_ = true;
     room_.engine.thread.post(opening_, [this, size] { onShown(size); });
   }
+  room_.snapshots.offer(*snapshots_, picture);
   sink_->deliver(picture);
 }
 

@@ -76,6 +76,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   const std::string uid_;
   const int32_t stream_index_;
   const std::shared_ptr<VideoSinkSlot> sink_;
+  const std::shared_ptr<Snapshots::Stream> snapshots_;
   std::vector<FeedStream> streams_;
   int32_t published_ = 0;
   int32_t told_ = 0;

@@ -7,6 +7,7 @@
 
 #include "core/engine_context.h"
 #include "corvane_rtc/rtc_room_events.h"
+#include "effects/snapshots.h"
 #include "media/local_media.h"
 #include "media/remote_sinks.h"
 #include "playback/remote_sounds.h"
@@ -19,6 +20,7 @@ struct RoomContext {
   LocalMedia& camera_media;  ///< and the microphone's
   LocalMedia& screen_media;
   RemoteSinks& sinks;
+  Snapshots& snapshots;
   RemoteSounds& sounds;
   const std::string room_id;
   std::string user_id;           ///< of the stay; "" before the first

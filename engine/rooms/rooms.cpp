@@ -24,9 +24,10 @@ uint64_t stableHash(const std::string& text) {
 }  // namespace
 
 Rooms::Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::unique_ptr<LocalMedia> screen,
-             RemoteSinks& sinks, RemoteSounds& sounds, std::vector<std::string> services)
+             RemoteSinks& sinks, Snapshots& snapshots, RemoteSounds& sounds, std::vector<std::string> services)
     : context_(context),
       sinks_(sinks),
+      snapshots_(snapshots),
       sounds_(sounds),
       camera_(std::move(camera)),
       screen_(std::move(screen)),
@@ -51,8 +52,8 @@ Rooms::~Rooms() {
 
 void Rooms::create(const std::string& id) {
   makeKeyAhead();
-  rooms_[id] = std::make_shared<Room>(RoomContext{context_, *camera_, *screen_, sinks_, sounds_, id, "", nullptr},
-                                      serviceOf(id));
+  rooms_[id] = std::make_shared<Room>(
+      RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", nullptr}, serviceOf(id));
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
 }
 

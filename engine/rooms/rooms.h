@@ -20,7 +20,7 @@ class Rooms final : public Service::Listener {
  public:
   /// services: addresses; none stands for the private service of this machine.
   Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::unique_ptr<LocalMedia> screen,
-        RemoteSinks& sinks, RemoteSounds& sounds, std::vector<std::string> services);
+        RemoteSinks& sinks, Snapshots& snapshots, RemoteSounds& sounds, std::vector<std::string> services);
   ~Rooms();
   Rooms(const Rooms&) = delete;
   Rooms& operator=(const Rooms&) = delete;
@@ -40,6 +40,7 @@ class Rooms final : public Service::Listener {
 
   EngineContext& context_;
   RemoteSinks& sinks_;
+  Snapshots& snapshots_;
   RemoteSounds& sounds_;
   const std::unique_ptr<LocalMedia> camera_;
   const std::unique_ptr<LocalMedia> screen_;

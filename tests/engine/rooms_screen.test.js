@@ -68,6 +68,14 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
   const { remoteQualities } = await receiver.waitFor('onNetworkQuality', (each) => each.remoteQualities.length > 0);
   assert.strictEqual(remoteQualities.length, 1, 'one network for both streams');
 
+  for (const [stream_index, size] of [[0, [160, 120]], [1, [324, 202]]]) {
+    const task = await receiver.call('video', 'takeRemoteSnapshot', { room_id: 'desk', user_id: 'sender', stream_index });
+    const shot = await receiver.waitFor('onTakeRemoteSnapshotResult', ({ task_id }) => task_id === task);
+    assert.deepStrictEqual([shot.error_code, shot.stream_key.stream_index, shot.stream_key.user_id], [0, stream_index, 'sender']);
+    const png = Buffer.from(shot.image, 'base64');
+    assert.deepStrictEqual([png.readUInt32BE(16), png.readUInt32BE(20)], size);
+  }
+
   // Whoever wants nothing of its own accord asks for the screen alone.
   await picky.waitFor('onUserPublishScreen');
   assert.strictEqual(await picky.call('desk', 'subscribeScreen', 'sender', 3), 0);

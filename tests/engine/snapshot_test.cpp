@@ -1,4 +1,4 @@
-// Single pictures of the local streams.
+// Single pictures of local streams, and of remote ones that do not come.
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -26,6 +26,26 @@ class SnapshotRecorder final : public rtc::ISnapshotResultCallback {
  public:
   void onTakeLocalSnapshotResult(int32_t task_id, int32_t stream_index, rtc::IVideoFrame* image,
                                  int32_t error_code) override {
+    add(task_id, stream_index, image, error_code);
+  }
+
+  void onTakeRemoteSnapshotResult(int32_t task_id, const rtc::StreamKey& key, rtc::IVideoFrame* image,
+                                  int32_t error_code) override {
+    EXPECT_STREQ(key.room_id, "room");
+    EXPECT_STREQ(key.user_id, "user");
+    add(task_id, key.stream_index, image, error_code);
+  }
+
+  std::vector<Answer> waitFor(size_t count) {
+    std::unique_lock lock(mutex_);
+    EXPECT_TRUE(changed_.wait_for(lock, kPatience, [&] { return answers_.size() >= count; }));
+    return answers_;
+  }
+
+  std::chrono::milliseconds delay{0};
+
+ private:
+  void add(int32_t task_id, int32_t stream_index, rtc::IVideoFrame* image, int32_t error_code) {
     Answer answer = {task_id, stream_index, error_code, 0, 0, 0, {}};
     if (image != nullptr) {
       answer.format = image->pixelFormat();
@@ -44,15 +64,6 @@ class SnapshotRecorder final : public rtc::ISnapshotResultCallback {
     changed_.notify_all();
   }
 
-  std::vector<Answer> waitFor(size_t count) {
-    std::unique_lock lock(mutex_);
-    EXPECT_TRUE(changed_.wait_for(lock, kPatience, [&] { return answers_.size() >= count; }));
-    return answers_;
-  }
-
-  std::chrono::milliseconds delay{0};
-
- private:
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<Answer> answers_;
@@ -100,13 +111,20 @@ TEST_F(SnapshotTest, AnswersWhereThereIsNoPicture) {
   EXPECT_EQ(answers[0].stream_index, rtc::kStreamIndexScreen);
   EXPECT_EQ(answers[0].error_code, rtc::kWrongState);
   EXPECT_EQ(answers[0].format, 0);
+  EXPECT_EQ(engine->takeRemoteSnapshot({"room", "", 0}, &recorder), rtc::kInvalidParameter);
+  EXPECT_EQ(engine->takeRemoteSnapshot({"room", "user", 2}, &recorder), rtc::kInvalidParameter);
+  EXPECT_EQ(engine->takeRemoteSnapshot({"room", "user", 0}, nullptr), rtc::kInvalidParameter);
   // The engine's end answers what is left, before it returns.
   const int32_t left = engine->takeLocalSnapshot(rtc::kStreamIndexMain, &recorder);
+  const int32_t remote = engine->takeRemoteSnapshot({"room", "user", rtc::kStreamIndexScreen}, &recorder);
   rtc::destroyRTCVideo();
-  answers = recorder.waitFor(2);
-  ASSERT_EQ(answers.size(), 2U);
+  answers = recorder.waitFor(3);
+  ASSERT_EQ(answers.size(), 3U);
   EXPECT_EQ(answers[1].task_id, left);
   EXPECT_EQ(answers[1].error_code, rtc::kWrongState);
+  EXPECT_EQ(answers[2].task_id, remote);
+  EXPECT_EQ(answers[2].stream_index, rtc::kStreamIndexScreen);
+  EXPECT_EQ(answers[2].error_code, rtc::kWrongState);
 }
 
 }  // namespace
