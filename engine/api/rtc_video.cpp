@@ -66,6 +66,7 @@ RtcVideo::~RtcVideo() {
   door_->close();
   context_.thread.finish([this] {
     rooms_.reset();
+    recordings_.end();
     screen_capture_.reset();
     zoom_.reset();
     speaker_.reset();

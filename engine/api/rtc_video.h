@@ -37,6 +37,7 @@
 #include "playback/played_sound.h"
 #include "playback/remote_sounds.h"
 #include "playback/speaker.h"
+#include "recording/recordings.h"
 #include "rooms/rooms.h"
 #include "screens/screen_capture.h"
 #include "screens/screen_query.h"
@@ -252,6 +253,8 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;
+  Recordings recordings_{
+      context_, {local_video_.taps(), screen_taps_, sent_sound_.taps(), captured_sound_.taps(), playback_.taps()}};
 
   // The engine thread's.
   std::unique_ptr<VideoCapture> video_capture_;

@@ -148,21 +148,21 @@ int32_t RtcVideo::setScreenAudioChannel(int32_t /*channel*/) {
 
 // Recording and snapshots.
 
-int32_t RtcVideo::startFileRecording(int32_t /*stream_index*/, const RecordingConfig& /*config*/,
-                                     int32_t /*recording_type*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::startFileRecording(int32_t stream_index, const RecordingConfig& config, int32_t recording_type) {
+  const int32_t status = recordings_.startFile(stream_index, config, recording_type);
+  return status == kNotSupported ? notSupported(__func__) : status;
 }
 
-int32_t RtcVideo::stopFileRecording(int32_t /*stream_index*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::stopFileRecording(int32_t stream_index) {
+  return recordings_.stopFile(stream_index);
 }
 
-int32_t RtcVideo::startAudioRecording(const AudioRecordingConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::startAudioRecording(const AudioRecordingConfig& config) {
+  return recordings_.startSound(config);
 }
 
 int32_t RtcVideo::stopAudioRecording() {
-  return notSupported(__func__);
+  return recordings_.stopSound();
 }
 
 int32_t RtcVideo::takeLocalSnapshot(int32_t stream_index, ISnapshotResultCallback* callback) {

@@ -10,6 +10,18 @@ GstVideoInfo pictureInfo(GstVideoFormat format, int32_t width, int32_t height) {
   return info;
 }
 
+GstPtr<GstBuffer> shareForElements(const Picture& picture) {
+  GstPtr<GstBuffer> shared(gst_buffer_copy(picture.buffer.get()));
+  if (gst_buffer_get_video_meta(shared.get()) == nullptr) {
+    GstVideoInfo info = picture.info;
+    gst_buffer_add_video_meta_full(shared.get(), GST_VIDEO_FRAME_FLAG_NONE, GST_VIDEO_INFO_FORMAT(&info),
+                                   static_cast<guint>(GST_VIDEO_INFO_WIDTH(&info)),
+                                   static_cast<guint>(GST_VIDEO_INFO_HEIGHT(&info)), GST_VIDEO_INFO_N_PLANES(&info),
+                                   info.offset, info.stride);
+  }
+  return shared;
+}
+
 GstPtr<GstBuffer> PicturePool::acquire(const GstVideoInfo& info) {
   if (!prepare(info)) return nullptr;
   GstBuffer* acquired = nullptr;

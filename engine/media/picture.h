@@ -20,6 +20,9 @@ struct Picture {
 /// The engine's own layout of pictures: rows of multiples of four bytes, I420 in BT.601's limited range.
 GstVideoInfo pictureInfo(GstVideoFormat format, int32_t width, int32_t height);
 
+/// A buffer of its own over the same pixels, for elements: it says itself where the planes stand, as the caps do not.
+GstPtr<GstBuffer> shareForElements(const Picture& picture);
+
 /// A picture's planes, mapped for as long as this lives.
 class PicturePixels {
  public:

@@ -170,7 +170,7 @@ void VideoEncoder::onPicture(const Picture& picture) {
   }
   counts_.pictures_in.fetch_add(1, std::memory_order_relaxed);
   // Shares the pixels. The application's pictures have times of its own, so that the present counts.
-  GstBuffer* fed = gst_buffer_copy(picture.buffer.get());
+  GstBuffer* fed = shareForElements(picture).release();
   GST_BUFFER_PTS(fed) = now;
   GST_BUFFER_DTS(fed) = GST_CLOCK_TIME_NONE;
   // Of pictures without a rate the rate's element asserts that they have a duration, which ends the process.
