@@ -37,7 +37,7 @@ void fitSize(int32_t& width, int32_t& height) {
 }  // namespace
 
 Recording::Recording(EngineContext& context, MediaFileSettings settings, PictureTaps* pictures,
-                     std::vector<SoundTaps*> sounds, Listener& listener)
+                     const std::vector<SoundTaps*>& sounds, Listener& listener)
     : context_(context), listener_(listener), settings_(std::move(settings)), picture_taps_(pictures) {
   settings_.with_picture = pictures != nullptr;
   settings_.with_sound = !sounds.empty();

@@ -31,8 +31,8 @@ class Recording final : public MediaFile::Listener {
 
   /// `pictures` may be null, `sounds` empty: they live until this has gone. The settings' size is that of the first
   /// picture; when none comes for two seconds the recording begins with a black one.
-  Recording(EngineContext& context, MediaFileSettings settings, PictureTaps* pictures, std::vector<SoundTaps*> sounds,
-            Listener& listener);
+  Recording(EngineContext& context, MediaFileSettings settings, PictureTaps* pictures,
+            const std::vector<SoundTaps*>& sounds, Listener& listener);
   ~Recording();
   Recording(const Recording&) = delete;
   Recording& operator=(const Recording&) = delete;

@@ -155,7 +155,7 @@ void Recordings::begin(int64_t run, Request request) {
   context_.log.info("recording to %s", file.path.c_str());
   running_.push_back(
       {request.place, run, request.type,
-       std::make_unique<Recording>(context_, std::move(request.settings), pictures, std::move(request.sounds), *this)});
+       std::make_unique<Recording>(context_, std::move(request.settings), pictures, request.sounds, *this)});
   running_.back().recording->start();
 }
 
