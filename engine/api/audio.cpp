@@ -234,12 +234,20 @@ int32_t RtcVideo::disableAudioProcessor(int32_t method) {
   }
 }
 
-int32_t RtcVideo::setAudioSourceType(int32_t /*type*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setAudioSourceType(int32_t type) {
+  if (type != kAudioSourceTypeExternal && type != kAudioSourceTypeInternal) return kInvalidParameter;
+  const bool pushed = type == kAudioSourceTypeExternal;
+  if (pushed) {
+    pushed_sound_.open();
+  } else {
+    pushed_sound_.close();
+  }
+  context_.thread.post([this, pushed] { audio_capture_->setPushed(pushed); });
+  return kSuccess;
 }
 
-int32_t RtcVideo::pushExternalAudioFrame(IAudioFrame* /*frame*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::pushExternalAudioFrame(IAudioFrame* frame) {
+  return pushed_sound_.push(frame);
 }
 
 }  // namespace corvane::rtc

@@ -40,7 +40,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
   context_.thread.post([this] {
     video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, local_video_, pushed_video_);
     zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
-    audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_);
+    audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_, pushed_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_, remote_sounds_);
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);

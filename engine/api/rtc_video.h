@@ -17,6 +17,7 @@
 #include "capture/capture_fault.h"
 #include "capture/captured_sound.h"
 #include "capture/pushed_pictures.h"
+#include "capture/pushed_sound.h"
 #include "capture/video_capture.h"
 #include "core/engine_context.h"
 #include "core/parameters.h"
@@ -246,6 +247,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   CameraList cameras_;
   VideoDeviceManager video_devices_;
   SoundHooks sound_hooks_;
+  PushedSound pushed_sound_;
   CapturedSound captured_sound_;
   SentSound sent_sound_{captured_sound_.taps()};
   SoundMixer playback_;  // what rooms and players play

@@ -14,21 +14,23 @@ constexpr std::chrono::seconds kFirstSoundTimeout(10);
 
 }  // namespace
 
-AudioCapture::AudioCapture(EngineContext& context, const AudioDeviceList& devices, CapturedSound& sound)
-    : context_(context), devices_(devices), sound_(sound) {}
+AudioCapture::AudioCapture(EngineContext& context, const AudioDeviceList& devices, CapturedSound& sound,
+                           PushedSound& pushed)
+    : context_(context), devices_(devices), sound_(sound), pushed_(pushed) {}
 
 AudioCapture::~AudioCapture() {
   close();
 }
 
 void AudioCapture::start() {
+  if (state_ == State::kPushed) return;
   wanted_ = true;
   if (state_ == State::kOff || state_ == State::kFailed) open();
 }
 
 void AudioCapture::stop() {
   wanted_ = false;
-  if (state_ == State::kOff) return;
+  if (state_ == State::kOff || state_ == State::kPushed) return;
   const bool delivered = state_ == State::kDelivering;
   close();
   state_ = State::kOff;
@@ -44,6 +46,24 @@ void AudioCapture::setMicrophone(const std::string& id) {
   close();
   if (state_ == State::kDelivering) reportDevice(kMediaDeviceStateStopped, kMediaDeviceErrorOk);
   open();
+}
+
+void AudioCapture::setPushed(bool pushed) {
+  if (pushed == (state_ == State::kPushed)) return;
+  if (pushed) {
+    stop();
+    state_ = State::kPushed;
+    session_ = std::make_shared<char>();
+    context_.log.info("sound comes from the application");
+    pump_ = std::make_unique<SoundPump>(pushed_.queue(), sound_, true,
+                                        SoundPumpEvents{.first_block = tellOfFirstBlock(), .silence = [] {}});
+    return;
+  }
+  close();
+  state_ = State::kOff;
+  context_.log.info("sound comes from the microphone; %lld of the application's frames were refused so far",
+                    static_cast<long long>(pushed_.refused()));
+  if (stream_reported_) reportStream(kLocalAudioStreamStateStopped, kLocalAudioStreamErrorOk);
 }
 
 void AudioCapture::onDevicesChanged() {
@@ -66,8 +86,7 @@ void AudioCapture::open() {
   sound_.cleaner().setDevice(std::holds_alternative<SoundDevice>(microphone));
   source_ = makeSoundSource(context_, *queue_, *this, microphone);
   const SoundPumpEvents events = {
-      .first_block = [this,
-                      session = std::weak_ptr(session_)] { context_.thread.post(session, [this] { onFirstBlock(); }); },
+      .first_block = tellOfFirstBlock(),
       .silence =
           [this, session = std::weak_ptr(session_)] {
             context_.thread.post(session, [this] {
@@ -112,6 +131,10 @@ void AudioCapture::reportStream(LocalAudioStreamState state, LocalAudioStreamErr
 
 std::string AudioCapture::current() const {
   return chosen_.empty() ? devices_.defaultId(AudioDeviceKind::kMicrophone) : chosen_;
+}
+
+std::function<void()> AudioCapture::tellOfFirstBlock() {
+  return [this, session = std::weak_ptr(session_)] { context_.thread.post(session, [this] { onFirstBlock(); }); };
 }
 
 void AudioCapture::onSourceDelivers() {

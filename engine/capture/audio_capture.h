@@ -1,10 +1,12 @@
 // The microphone of an engine: which one, whether it runs, and what is told of it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "capture/captured_sound.h"
+#include "capture/pushed_sound.h"
 #include "capture/sound_pump.h"
 #include "capture/sound_queue.h"
 #include "capture/sound_source.h"
@@ -17,7 +19,7 @@ namespace corvane::rtc {
 class AudioCapture final : public CaptureSource::Listener {
  public:
   /// `sound` receives every block on a thread of the capture's.
-  AudioCapture(EngineContext& context, const AudioDeviceList& devices, CapturedSound& sound);
+  AudioCapture(EngineContext& context, const AudioDeviceList& devices, CapturedSound& sound, PushedSound& pushed);
   ~AudioCapture();
   AudioCapture(const AudioCapture&) = delete;
   AudioCapture& operator=(const AudioCapture&) = delete;
@@ -26,11 +28,13 @@ class AudioCapture final : public CaptureSource::Listener {
   void stop();
   /// Also while capturing. "" follows the machine's default.
   void setMicrophone(const std::string& id);
+  /// Whether sound comes from the application, until it no longer does: microphones stay off.
+  void setPushed(bool pushed);
   /// The machine's microphones, or which of them is the default, may have changed.
   void onDevicesChanged();
 
  private:
-  enum class State { kOff, kOpening, kDelivering, kFailed };
+  enum class State { kOff, kOpening, kDelivering, kFailed, kPushed };
 
   void open();
   void close();
@@ -38,6 +42,8 @@ class AudioCapture final : public CaptureSource::Listener {
   void reportDevice(MediaDeviceState state, MediaDeviceError error);
   void reportStream(LocalAudioStreamState state, LocalAudioStreamError error);
   std::string current() const;
+  // With the session that is open.
+  std::function<void()> tellOfFirstBlock();
 
   void onSourceDelivers() override;
   void onSourceFailed(const CaptureFault& fault) override;
@@ -46,6 +52,7 @@ class AudioCapture final : public CaptureSource::Listener {
   EngineContext& context_;
   const AudioDeviceList& devices_;
   CapturedSound& sound_;
+  PushedSound& pushed_;
 
   bool wanted_ = false;  // the application's, whatever became of it
   State state_ = State::kOff;

@@ -36,6 +36,16 @@ void SoundQueue::pushNewest(std::span<const int16_t> samples, GstClockTime time)
   changed_.notify_all();
 }
 
+bool SoundQueue::hasRoom(size_t samples) {
+  const std::lock_guard lock(mutex_);
+  return samples <= kCapacity - stored();
+}
+
+void SoundQueue::clear() {
+  const std::lock_guard lock(mutex_);
+  read_ = written_;
+}
+
 bool SoundQueue::pop(SoundBlock& block, const std::stop_token& stop) {
   {
     std::unique_lock lock(mutex_);

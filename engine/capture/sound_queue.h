@@ -25,6 +25,11 @@ class SoundQueue {
   /// Makes room by dropping the oldest. `time`: of the first sample, in nanoseconds on the clock of all pipelines.
   void pushNewest(std::span<const int16_t> samples, GstClockTime time);
 
+  /// Whether so many samples can be pushed without dropping any. For the thread that pushes.
+  bool hasRoom(size_t samples);
+  /// Drops what waits.
+  void clear();
+
   /// Waits for a whole block of one channel and gives it the time of its first sample. False when stopped.
   bool pop(SoundBlock& block, const std::stop_token& stop);
 

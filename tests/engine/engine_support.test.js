@@ -84,6 +84,7 @@ const fitting = {
   setVideoCaptureConfig: [{ capture_preference: 1, width: 320, height: 180, frame_rate: 15 }],
   setDummyCaptureImagePath: [image],
   setVideoDigitalZoomConfig: [0, 0.5],
+  setAudioSourceType: [0],
   setVideoSourceType: [0, 0],
   setVideoWatermark: [0, image, watermark],
   clearVideoWatermark: [0],
