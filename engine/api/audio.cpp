@@ -139,20 +139,21 @@ int32_t RtcVideo::enableAudioPropertiesReport(const AudioPropertiesConfig& confi
 
 // The local voice.
 
-int32_t RtcVideo::setLocalVoicePitch(int32_t /*pitch*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setLocalVoicePitch(int32_t pitch) {
+  return captured_sound_.effects().setPitch(pitch);
 }
 
-int32_t RtcVideo::setLocalVoiceEqualization(const VoiceEqualizationConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setLocalVoiceEqualization(const VoiceEqualizationConfig& config) {
+  return captured_sound_.effects().setBand(config);
 }
 
-int32_t RtcVideo::setLocalVoiceReverbParam(const VoiceReverbConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setLocalVoiceReverbParam(const VoiceReverbConfig& config) {
+  return captured_sound_.effects().setReverb(config);
 }
 
-int32_t RtcVideo::enableLocalVoiceReverb(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableLocalVoiceReverb(bool enable) {
+  captured_sound_.effects().enableReverb(enable);
+  return kSuccess;
 }
 
 // Raw audio in and out.

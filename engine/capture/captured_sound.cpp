@@ -25,6 +25,7 @@ int32_t CapturedSound::enableObserver(const AudioFormat& format) {
 void CapturedSound::deliver(SoundBlock& block) {
   applied_device_gain_.apply(block, device_gain_.load(std::memory_order_relaxed));
   cleaner_.process(block);
+  effects_.process(block);
   // What the application makes louder or quieter is not for the automatic gain to make up for.
   applied_gain_.apply(block, gain_.load(std::memory_order_relaxed));
   block.muted = muted_.load(std::memory_order_relaxed);

@@ -12,6 +12,7 @@
 #include "media/sound_hooks.h"
 #include "media/sound_taps.h"
 #include "voice/voice_cleaner.h"
+#include "voice/voice_effects.h"
 
 namespace corvane::rtc {
 
@@ -29,6 +30,8 @@ class CapturedSound {
 
   /// Echo, noise, automatic gain: after the device's volume, before all else.
   VoiceCleaner& cleaner() { return cleaner_; }
+  /// After cleaning.
+  VoiceEffects& effects() { return effects_; }
 
   /// kInvalidParameter for a shape that no frames can have.
   int32_t enableProcessor(const AudioFormat& format);
@@ -52,6 +55,7 @@ class CapturedSound {
   HookSwitch<ProcessingPath> processor_;
   HookSwitch<OutgoingPath> observer_;
   VoiceCleaner cleaner_;
+  VoiceEffects effects_;
   SoundTaps taps_;
 
   // The capture's thread's.
