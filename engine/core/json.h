@@ -10,9 +10,31 @@ namespace corvane::rtc {
 
 using Json = nlohmann::json;
 
+/// Whether lists and objects are nested no deeper than anything meant for the engine: a copy of a value goes as deep
+/// into the stack as the value is nested.
+inline bool isShallowJson(std::string_view text) {
+  constexpr int kMaxDepth = 64;
+  int depth = 0;
+  bool quoted = false;
+  for (size_t at = 0; at < text.size(); ++at) {
+    const char character = text[at];
+    if (quoted) {
+      if (character == '\\') ++at;
+      if (character == '"') quoted = false;
+    } else if (character == '"') {
+      quoted = true;
+    } else if (character == '[' || character == '{') {
+      if (++depth > kMaxDepth) return false;
+    } else if (character == ']' || character == '}') {
+      --depth;
+    }
+  }
+  return true;
+}
+
 /// Discarded JSON (no object, no list) when the text is none.
 inline Json parseJson(std::string_view text) {
-  return Json::parse(text, nullptr, /*allow_exceptions=*/false);
+  return isShallowJson(text) ? Json::parse(text, nullptr, /*allow_exceptions=*/false) : Json(Json::value_t::discarded);
 }
 
 /// Bytes that are not UTF-8 become replacement characters: an exception here would end the engine.

@@ -1,12 +1,12 @@
 #include "core/parameters.h"
 
-#include <nlohmann/json.hpp>
+#include "core/json.h"
 
 namespace corvane::rtc {
 
 namespace {
 
-void readIds(const nlohmann::json& json, const char* key, std::vector<std::string>& ids, std::string& problem) {
+void readIds(const Json& json, const char* key, std::vector<std::string>& ids, std::string& problem) {
   const auto list = json.find(key);
   if (list == json.end()) return;
   if (!list->is_array()) {
@@ -22,6 +22,8 @@ void readIds(const nlohmann::json& json, const char* key, std::vector<std::strin
   }
 }
 
+}  // namespace
+
 bool isServiceAddress(std::string_view url) {
   for (const std::string_view scheme : {"ws://", "wss://"}) {
     if (url.starts_with(scheme) && url.size() > scheme.size() && url[scheme.size()] != '/') return true;
@@ -29,14 +31,12 @@ bool isServiceAddress(std::string_view url) {
   return false;
 }
 
-}  // namespace
-
 EngineParameters readParameters(std::string_view json_text, std::string& problem) {
   EngineParameters parameters;
   problem.clear();
   if (json_text.find_first_not_of(" \t\r\n") == std::string_view::npos) return parameters;
 
-  const auto json = nlohmann::json::parse(json_text, nullptr, /*allow_exceptions=*/false);
+  const Json json = parseJson(json_text);
   if (!json.is_object()) {
     problem = "the parameters are not a JSON object";
     return parameters;
@@ -44,13 +44,17 @@ EngineParameters readParameters(std::string_view json_text, std::string& problem
   readIds(json, "cameras", parameters.cameras, problem);
   readIds(json, "microphones", parameters.microphones, problem);
   if (const auto service = json.find("service"); service != json.end()) {
-    for (const auto& address : service->is_array() ? *service : nlohmann::json::array({*service})) {
+    const auto add = [&](const Json& address) {
       const auto* url = address.get_ptr<const std::string*>();
-      if (url != nullptr && isServiceAddress(*url)) {
-        parameters.services.push_back(*url);
-      } else {
+      parameters.services.push_back(url != nullptr ? *url : jsonText(address));
+      if (!isServiceAddress(parameters.services.back())) {
         problem = "\"service\" holds something that is not an address such as ws://host:8188";
       }
+    };
+    if (service->is_array()) {
+      for (const Json& address : *service) add(address);
+    } else {
+      add(*service);
     }
   }
   return parameters;

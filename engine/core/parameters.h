@@ -13,9 +13,13 @@ struct EngineParameters {
   /// "microphones": the same for microphones.
   std::vector<std::string> microphones;
   /// "service": an address ("ws://host:port") or a list of them, on which rooms are spread by their ids. None stands
-  /// for the private service of this machine.
+  /// for the private service of this machine. What is no address keeps its place in the list: elsewhere the same rooms
+  /// are held on the services after it. Joining a room on it fails.
   std::vector<std::string> services;
 };
+
+/// Whether a text looks like "ws://host:port" or "wss://host:port".
+bool isServiceAddress(std::string_view url);
 
 /// Reads what it can. `problem` says what could not be read, "" when all could.
 EngineParameters readParameters(std::string_view json_text, std::string& problem);

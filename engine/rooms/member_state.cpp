@@ -1,5 +1,7 @@
 #include "rooms/member_state.h"
 
+#include <utility>
+
 #include "core/json.h"
 #include "corvane_rtc/common.h"
 
@@ -9,6 +11,16 @@ namespace {
 
 // Pairs of one member; a room has up to ten.
 constexpr size_t kMaxPairs = 32;
+// What setting a pair allows.
+constexpr size_t kMaxKey = 10;
+constexpr size_t kMaxValue = 128;
+// A time that leaves room for later ones: in the year 10000.
+constexpr int64_t kMaxTime = 253'402'300'800'000;
+
+bool isPair(const std::string& key, const ExtraInfo& info) {
+  return !key.empty() && key.size() <= kMaxKey && info.value.size() <= kMaxValue && info.time_ms >= 0 &&
+         info.time_ms <= kMaxTime;
+}
 
 }  // namespace
 
@@ -38,7 +50,8 @@ MemberState readMemberState(const std::string& text) {
   if (const Json& room = memberOf(json, "room"); room.is_object()) {
     for (const auto& [key, info] : room.items()) {
       if (state.room_info.size() == kMaxPairs) break;
-      state.room_info[key] = {textOf(info, "value"), textOf(info, "user"), numberOf(info, "time")};
+      ExtraInfo pair = {textOf(info, "value"), textOf(info, "user"), numberOf(info, "time")};
+      if (isPair(key, pair)) state.room_info[key] = std::move(pair);
     }
   }
   return state;

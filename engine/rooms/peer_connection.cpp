@@ -25,6 +25,7 @@ using Description = std::unique_ptr<GstWebRTCSessionDescription, FreeDescription
 
 Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   GstSDPMessage* message = nullptr;
+  if (!isDescription(sdp)) return nullptr;
   if (gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return nullptr;
   return Description(gst_webrtc_session_description_new(type, message));
 }
@@ -111,6 +112,7 @@ void PeerConnection::fail(const std::string& reason) {
 }
 
 void PeerConnection::promise(const char* signal, void* argument, std::function<void(const GstStructure*)> then) {
+  if (webrtc_ == nullptr) return;  // start() has told
   struct Waiting {
     PeerConnection* self;
     std::weak_ptr<void> alive;
@@ -167,7 +169,7 @@ void PeerConnection::onRemoteDescription(const std::string& sdp) {
 }
 
 void PeerConnection::onRemoteCandidate(unsigned line, const std::string& candidate) {
-  g_signal_emit_by_name(webrtc_, "add-ice-candidate", line, candidate.c_str());
+  if (webrtc_ != nullptr) g_signal_emit_by_name(webrtc_, "add-ice-candidate", line, candidate.c_str());
 }
 
 void PeerConnection::onStateChanged(int state) {
@@ -183,7 +185,7 @@ void PeerConnection::onMessage(GstMessage* message) {
 }
 
 void PeerConnection::requestStatistics(std::function<void(const GstStructure*)> answer) {
-  if (webrtc_ != nullptr && !failed_) promise("get-stats", nullptr, std::move(answer));
+  if (!failed_) promise("get-stats", nullptr, std::move(answer));
 }
 
 }  // namespace corvane::rtc

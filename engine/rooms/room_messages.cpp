@@ -15,6 +15,8 @@ namespace {
 constexpr std::chrono::seconds kTimeout(8);
 constexpr std::chrono::milliseconds kExpiryCheck(500);
 constexpr std::chrono::milliseconds kRetryPause(1000);
+// More members than a room can have.
+constexpr size_t kMaxReachable = 10'000;
 
 std::string encodeBody(const OutgoingMessage& message) {
   if (!message.is_binary) return jsonText({{"text", message.body}});
@@ -121,8 +123,9 @@ void RoomMessages::onMessagesOpen() {
 }
 
 void RoomMessages::onReachable(const std::string& member, bool reachable) {
+  if (member.empty()) return;
   if (reachable) {
-    reachable_.insert(member);
+    if (reachable_.size() < kMaxReachable) reachable_.insert(member);
   } else {
     reachable_.erase(member);
   }

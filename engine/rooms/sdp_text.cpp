@@ -4,6 +4,10 @@
 
 namespace corvane::rtc {
 
+bool isDescription(const std::string& sdp) {
+  return !sdp.empty() && sdp.find('\0') == std::string::npos;
+}
+
 std::string withoutFullIntraRequests(const std::string& sdp) {
   std::string kept;
   kept.reserve(sdp.size());

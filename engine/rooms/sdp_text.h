@@ -5,6 +5,9 @@
 
 namespace corvane::rtc {
 
+/// Whether a text can be given to a parser that takes texts ended by a zero.
+bool isDescription(const std::string& sdp);
+
 /// Takes out the offer to be asked for key frames by "full intra request": those that GStreamer sends name no source
 /// and reach nobody, and without the offer it sends picture loss indications, which do.
 std::string withoutFullIntraRequests(const std::string& sdp);

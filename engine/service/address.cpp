@@ -5,6 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "core/parameters.h"
+
 namespace corvane::rtc {
 
 namespace {
@@ -26,6 +28,12 @@ bool isLoopback(const std::string& url) {
 
 NamedService::NamedService(std::string url) : address_{std::move(url), "", false} {
   address_.on_loopback = isLoopback(address_.url);
+}
+
+std::optional<ServiceAddress> NamedService::locate(Problem& problem) {
+  if (isServiceAddress(address_.url)) return address_;
+  problem.text = "\"" + address_.url + "\" is not an address such as ws://host:8188";
+  return std::nullopt;
 }
 
 }  // namespace corvane::rtc

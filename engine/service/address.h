@@ -31,7 +31,8 @@ class AddressSource {
 class NamedService final : public AddressSource {
  public:
   explicit NamedService(std::string url);
-  std::optional<ServiceAddress> locate(Problem& /*problem*/) override { return address_; }
+  /// Empty for what is no address.
+  std::optional<ServiceAddress> locate(Problem& problem) override;
   const std::string& name() const override { return address_.url; }
 
  private:

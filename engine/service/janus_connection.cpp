@@ -20,6 +20,10 @@ constexpr milliseconds kLongestPause(3000);
 constexpr std::chrono::seconds kPatience(4);
 // The server ends sessions that it has not heard from for a minute, or for what its administrator chose.
 constexpr std::chrono::seconds kSignOfLife(8);
+// Of a service that is there, for the connection and a session.
+constexpr std::chrono::seconds kWelcome(4);
+// Of the server: it does not know the session, whatever has become of it.
+constexpr int64_t kNoSuchSession = 458;
 // What an ending engine waits for its rooms to be left in order.
 constexpr milliseconds kFarewell(500);
 
@@ -81,6 +85,7 @@ void JanusConnection::connect() {
   }
   address_ = std::move(*address);
   socket_ = std::make_unique<WebSocket>(address_.url, "janus-protocol", *this);
+  timer_ = context_.thread.after(kWelcome, [this] { retry("the service does not answer"); });
 }
 
 void JanusConnection::retry(const std::string& reason) {
@@ -106,15 +111,12 @@ void JanusConnection::lose(const std::string& reason) {
   retry(reason);
   retired_.clear();
   setState(State::kDown, reason);
-  // A handle's owner may end others while it is told.
-  std::vector<int64_t> ids;
-  for (const auto& [id, handle] : handles_) ids.push_back(id);
-  for (const int64_t id : ids) {
-    const auto found = handles_.find(id);
-    if (found == handles_.end()) continue;
-    JanusHandle& handle = *found->second;
-    handles_.erase(found);
-    handle.onConnectionLost();
+  handles_.clear();
+  // Those that were just being attached, too. A handle's owner may end others while it is told, and make none: there is
+  // no service.
+  const std::vector<JanusHandle*> handles(all_handles_.begin(), all_handles_.end());
+  for (JanusHandle* handle : handles) {
+    if (all_handles_.contains(handle)) handle->onConnectionLost();
   }
 }
 
@@ -152,7 +154,9 @@ void JanusConnection::onText(std::string_view text) {
   const Json message = parseJson(text);
   const std::string kind = textOf(message, "janus");
   if (kind == "ack" || kind.empty()) return;
-  if (kind == "timeout") return lose("the service ended the session");
+  const bool is_unknown =
+      kind == "error" && session_ != 0 && numberOf(memberOf(message, "error"), "code") == kNoSuchSession;
+  if (kind == "timeout" || is_unknown) return lose("the service ended the session");
 
   const std::string transaction = textOf(message, "transaction");
   if (!transaction.empty()) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "core/engine_context.h"
@@ -38,8 +39,15 @@ class JanusConnection final : public Service, public WebSocket::Listener {
 
   /// Sends a request of the session's, of one handle's when `handle` is not 0.
   void request(const char* kind, int64_t handle, Json message, Answer answer = nullptr);
-  void add(int64_t id, JanusHandle& handle) { handles_[id] = &handle; }
-  void remove(int64_t id) { handles_.erase(id); }
+  /// Every handle, for as long as it lives.
+  void enlist(JanusHandle& handle) { all_handles_.insert(&handle); }
+  void dismiss(JanusHandle& handle) { all_handles_.erase(&handle); }
+  /// Where its events go. False when the server has given the id away already.
+  bool add(int64_t id, JanusHandle& handle) { return handles_.emplace(id, &handle).second; }
+  void remove(int64_t id, JanusHandle& handle) {
+    const auto found = handles_.find(id);
+    if (found != handles_.end() && found->second == &handle) handles_.erase(found);
+  }
   /// Sends a last message over the handle, whose listener is told no more, and detaches it when that was answered:
   /// a server forgets what it has not worked off when it is told to detach.
   void retire(std::unique_ptr<JanusHandle> handle, Json last);
@@ -66,7 +74,8 @@ class JanusConnection final : public Service, public WebSocket::Listener {
   int64_t session_ = 0;
   int64_t last_transaction_ = 0;
   std::map<int64_t, Answer> answers_;        // by transaction
-  std::map<int64_t, JanusHandle*> handles_;  // by id
+  std::map<int64_t, JanusHandle*> handles_;  // by id, those that are attached
+  std::set<JanusHandle*> all_handles_;
   std::map<JanusHandle*, std::unique_ptr<JanusHandle>> retired_;
   bool heard_ = false;  // anything since the last sign of life was asked for
   std::chrono::milliseconds pause_{0};

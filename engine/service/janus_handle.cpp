@@ -23,6 +23,7 @@ Json dataOf(const Json& message) {
 
 JanusHandle::JanusHandle(JanusConnection& connection, const char* plugin, Listener& listener)
     : connection_(connection), listener_(&listener) {
+  connection_.enlist(*this);
   connection_.request("attach", 0, {{"plugin", plugin}},
                       [this, alive = std::weak_ptr<void>(alive_), &connection](const Json& message) {
                         if (!alive.expired()) return onAttached(message);
@@ -32,8 +33,9 @@ JanusHandle::JanusHandle(JanusConnection& connection, const char* plugin, Listen
 }
 
 JanusHandle::~JanusHandle() {
+  connection_.dismiss(*this);
   if (id_ == 0) return;
-  connection_.remove(id_);
+  connection_.remove(id_, *this);
   if (!lost_) connection_.request("detach", id_, Json::object());
 }
 
@@ -65,13 +67,14 @@ void JanusHandle::post(const char* kind, Json message, Answer answer) {
 }
 
 void JanusHandle::onAttached(const Json& message) {
-  id_ = numberOf(memberOf(message, "data"), "id");
-  if (id_ == 0) {
+  const int64_t id = numberOf(memberOf(message, "data"), "id");
+  if (id == 0 || !connection_.add(id, *this)) {
     lost_ = true;
+    waiting_.clear();
     if (listener_ == nullptr) return;
-    return listener_->onHandleHungUp("the service refuses: " + textOf(memberOf(message, "error"), "reason"));
+    return listener_->onHandleEnded("the service refuses: " + textOf(memberOf(message, "error"), "reason"));
   }
-  connection_.add(id_, *this);
+  id_ = id;
   for (const auto& send : std::exchange(waiting_, {})) send();
 }
 
@@ -88,7 +91,7 @@ void JanusHandle::onEvent(const std::string& kind, const Json& message) {
   if (kind == "hangup") return listener_->onHandleHungUp(textOf(message, "reason"));
   if (kind == "detached") {
     lost_ = true;
-    listener_->onHandleHungUp("the service ended the connection");
+    listener_->onHandleEnded("the service ended the connection");
   }
 }
 

@@ -22,8 +22,10 @@ class JanusHandle {
     /// What the plug-in says unasked.
     virtual void onHandleEvent(const Json& data, const std::string& sdp) = 0;
     virtual void onHandleCandidate(unsigned /*line*/, const std::string& /*candidate*/) {}
-    /// The server has ended the peer connection, or the handle.
+    /// The server has ended the peer connection.
     virtual void onHandleHungUp(const std::string& reason) = 0;
+    /// The server refuses the handle, or has ended it.
+    virtual void onHandleEnded(const std::string& reason) { onHandleHungUp(reason); }
     virtual void onHandleLost() = 0;
 
    protected:
@@ -67,6 +69,14 @@ class JanusHandle {
   bool lost_ = false;
   std::deque<std::function<void()>> waiting_;
 };
+
+/// A member's id, or "" for what no member can be called. JSON is UTF-8.
+inline std::string idOf(const Json& json, const char* key) {
+  constexpr size_t kMaxIdBytes = 128;
+  std::string id = textOf(json, key);
+  const bool is_id = id.size() <= kMaxIdBytes && id.find('\0') == std::string::npos;
+  return is_id ? id : std::string();
+}
 
 /// 0 when the data tell of no error.
 inline int64_t errorCodeOf(const Json& data) {

@@ -50,10 +50,12 @@ void JanusMessages::onChannelText(const std::string& text) {
     return onAnswer(transaction, message);
   }
   if (kind == "message") {
-    return listener_.onMessage(textOf(message, "from"), textOf(message, "text"), flagOf(message, "whisper", false));
+    const std::string from = idOf(message, "from");
+    if (from.empty()) return;
+    return listener_.onMessage(from, textOf(message, "text"), flagOf(message, "whisper", false));
   }
-  if (kind == "join") return listener_.onReachable(textOf(message, "username"), true);
-  if (kind == "leave" || kind == "kicked") return listener_.onReachable(textOf(message, "username"), false);
+  if (kind == "join") return listener_.onReachable(idOf(message, "username"), true);
+  if (kind == "leave" || kind == "kicked") return listener_.onReachable(idOf(message, "username"), false);
   if (kind == "destroyed") listener_.onLinkFailed("the room for messages was ended on the service");
 }
 
@@ -70,7 +72,7 @@ void JanusMessages::onJoined(const Json& answer) {
   const std::weak_ptr<void> alive = handle_.alive();
   for (const Json& participant : memberOf(answer, "participants")) {
     if (alive.expired()) return;
-    listener_.onReachable(textOf(participant, "username"), true);
+    listener_.onReachable(idOf(participant, "username"), true);
   }
   if (!alive.expired()) listener_.onMessagesOpen();
 }

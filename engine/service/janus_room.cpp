@@ -18,6 +18,12 @@ constexpr int64_t kUnauthorized = 433;
 constexpr int64_t kIdExists = 436;
 // Of one room; the server's own limit is its machine.
 constexpr int kMaxPublishers = 1000;
+// A service that tells of more members than anyone could see is not believed.
+constexpr size_t kMaxMembers = 2 * kMaxPublishers;
+constexpr size_t kMaxStreams = 32;
+// A room can be created by another and end again in between, but not every time.
+constexpr int kMaxAttempts = 5;
+constexpr std::chrono::seconds kJoinPatience(10);
 
 }  // namespace
 
@@ -62,6 +68,10 @@ JanusRoom::~JanusRoom() {
 }
 
 void JanusRoom::join() {
+  if (++attempts_ > kMaxAttempts) return fail({{"error", "the service neither has the room nor creates it"}});
+  patience_ = connection_.context().thread.after(kJoinPatience, [this] {
+    fail({{"error", "the service does not answer"}});
+  });
   Json body = {{"request", "join"},
                {"ptype", "publisher"},
                {"room", request_.room_id},
@@ -73,6 +83,7 @@ void JanusRoom::join() {
     body["pin"] = request_.token;
   }
   handle_->send(std::move(body), [this](const Json& data, const std::string&) {
+    if (over_) return;
     if (textOf(data, "videoroom") == "joined") return onJoined(data);
     if (errorCodeOf(data) == kNoSuchRoom) return createRoom();
     fail(data);
@@ -92,7 +103,8 @@ void JanusRoom::createRoom() {
 }
 
 void JanusRoom::fail(const Json& data) {
-  over_ = true;
+  if (std::exchange(over_, true)) return;
+  patience_.reset();
   const int64_t code = errorCodeOf(data);
   JoinFault fault = JoinFault::kOther;
   if (code == kUnauthorized) fault = JoinFault::kToken;
@@ -104,16 +116,35 @@ void JanusRoom::fail(const Json& data) {
 
 void JanusRoom::onJoined(const Json& data) {
   joined_ = true;
+  patience_.reset();
   const std::weak_ptr<void> alive = handle_->alive();
   listener_.onJoined();
   for (const char* list : {"attendees", "publishers"}) {
     for (const Json& member : memberOf(data, list)) {
       if (alive.expired()) return;
-      const std::string id = textOf(member, "id");
-      if (!isScreenId(id)) listener_.onMemberJoined(id, textOf(member, "display"));
+      onMember(member);
     }
   }
   if (!alive.expired()) onPublishers(memberOf(data, "publishers"));
+}
+
+void JanusRoom::onMember(const Json& member) {
+  const std::string id = idOf(member, "id");  // "" for a screen's, too: it is too long for a member's
+  if (id.empty() || id == request_.member_id) return;
+  if (!members_.contains(id)) {
+    if (members_.size() >= kMaxMembers) return;
+    members_.insert(id);
+  }
+  listener_.onMemberJoined(id, textOf(member, "display"));
+}
+
+void JanusRoom::onLeft(const std::string& id) {
+  if (isScreenId(id)) return tellStreams(id, {});
+  if (members_.erase(id) > 0) listener_.onMemberLeft(id);
+}
+
+void JanusRoom::remove(bool room_ended, const std::string& reason) {
+  if (!std::exchange(over_, true)) listener_.onRemoved(room_ended, reason);
 }
 
 void JanusRoom::onPublishers(const Json& publishers) {
@@ -122,6 +153,7 @@ void JanusRoom::onPublishers(const Json& publishers) {
     if (alive.expired()) return;
     std::vector<FeedStream> streams;
     for (const Json& stream : memberOf(publisher, "streams")) {
+      if (streams.size() == kMaxStreams) break;
       const std::string type = textOf(stream, "type");
       if ((type != "audio" && type != "video") || flagOf(stream, "disabled", false)) continue;
       streams.push_back({textOf(stream, "mid"), type == "video", textOf(stream, "codec")});
@@ -131,45 +163,29 @@ void JanusRoom::onPublishers(const Json& publishers) {
 }
 
 void JanusRoom::tellStreams(const std::string& id, const std::vector<FeedStream>& streams) {
-  if (isScreenId(id)) return listener_.onMemberStreams(memberOfScreen(id), kStreamIndexScreen, streams);
-  listener_.onMemberStreams(id, kStreamIndexMain, streams);
-}
-
-void JanusRoom::tellLeft(const std::string& id) {
-  if (isScreenId(id)) return tellStreams(id, {});
-  listener_.onMemberLeft(id);
+  const bool is_screen = isScreenId(id);
+  const std::string member = is_screen ? memberOfScreen(id) : id;
+  if (!members_.contains(member)) return;
+  listener_.onMemberStreams(member, is_screen ? kStreamIndexScreen : kStreamIndexMain, streams);
 }
 
 void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
+  constexpr char kPutOut[] = "the service put the user out of the room";
   if (!joined_ || over_) return;
-  if (textOf(data, "videoroom") == "destroyed") {
-    over_ = true;
-    return listener_.onRemoved(/*room_ended=*/true, "the room was ended on the service");
-  }
-  if (const Json& joining = memberOf(data, "joining"); joining.is_object()) {
-    const std::string id = textOf(joining, "id");
-    if (!isScreenId(id)) listener_.onMemberJoined(id, textOf(joining, "display"));
-    return;
-  }
+  if (textOf(data, "videoroom") == "destroyed") return remove(/*room_ended=*/true, "the room was ended on the service");
+  if (const Json& joining = memberOf(data, "joining"); joining.is_object()) return onMember(joining);
   if (const Json& publishers = memberOf(data, "publishers"); publishers.is_array()) return onPublishers(publishers);
   if (memberOf(data, "display").is_string()) {
-    return listener_.onMemberState(textOf(data, "id"), textOf(data, "display"));
-  }
-  if (const std::string id = textOf(data, "unpublished"); !id.empty()) {
-    if (id != "ok") tellStreams(id, {});
+    const std::string id = idOf(data, "id");
+    if (members_.contains(id)) listener_.onMemberState(id, textOf(data, "display"));
     return;
   }
+  if (const std::string id = textOf(data, "unpublished"); !id.empty()) return tellStreams(id, {});
   if (const std::string id = textOf(data, "kicked"); !id.empty()) {
-    if (id != request_.member_id) return tellLeft(id);
-    over_ = true;
-    return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
+    return id == request_.member_id ? remove(/*room_ended=*/false, kPutOut) : onLeft(id);
   }
   if (const std::string id = textOf(data, "leaving"); !id.empty()) {
-    if (textOf(data, "reason") == "kicked") {
-      over_ = true;
-      return listener_.onRemoved(/*room_ended=*/false, "the service put the user out of the room");
-    }
-    tellLeft(id);
+    return textOf(data, "reason") == "kicked" ? remove(/*room_ended=*/false, kPutOut) : onLeft(id);
   }
 }
 
@@ -182,9 +198,12 @@ void JanusRoom::onHandleHungUp(const std::string& reason) {
   if (publisher_ != nullptr) publisher_->listener_.onLinkFailed(reason);
 }
 
+void JanusRoom::onHandleEnded(const std::string& reason) {
+  return joined_ ? remove(/*room_ended=*/false, reason) : fail({{"error", reason}});
+}
+
 void JanusRoom::onHandleLost() {
-  over_ = true;
-  listener_.onLost();
+  if (!std::exchange(over_, true)) listener_.onLost();
 }
 
 void JanusRoom::setState(const std::string& state) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,14 +31,17 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   void createRoom();
   void join();
   void onJoined(const Json& data);
+  void onMember(const Json& member);
+  void onLeft(const std::string& id);
   void onPublishers(const Json& publishers);
   void tellStreams(const std::string& id, const std::vector<FeedStream>& streams);
-  void tellLeft(const std::string& id);
+  void remove(bool room_ended, const std::string& reason);
   void fail(const Json& data);
 
   void onHandleEvent(const Json& data, const std::string& sdp) override;
   void onHandleCandidate(unsigned line, const std::string& candidate) override;
   void onHandleHungUp(const std::string& reason) override;
+  void onHandleEnded(const std::string& reason) override;
   void onHandleLost() override;
 
   JanusConnection& connection_;
@@ -45,6 +49,9 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   RoomSession::Listener& listener_;
   bool joined_ = false;
   bool over_ = false;
+  int attempts_ = 0;
+  AttachedSource patience_;
+  std::set<std::string> members_;   // the others, as the service tells of them
   Publisher* publisher_ = nullptr;  // of those that openPublisher() made, the one that lives
   std::unique_ptr<JanusHandle> handle_;
 };

@@ -20,7 +20,6 @@
 
 #include "core/glib_pointers.h"
 #include "core/gst_pointers.h"
-#include "core/json.h"
 #include "service/local_service_config.h"
 
 namespace corvane::rtc {
@@ -56,16 +55,15 @@ std::string chooseFolder() {
   if (const char* runtime = getenv("XDG_RUNTIME_DIR"); runtime != nullptr && *runtime == '/') {
     return std::string(runtime) + "/corvane-rtc";
   }
-  return "/tmp/corvane-rtc-" + std::to_string(getuid());
+  return "/tmp/corvane-rtc-" + std::to_string(geteuid());
 }
 
-/// The engine's own library stands beside the server's companion.
+/// The engine's own library stands beside the server's companion. "" when it cannot be found.
 std::string companionPath() {
   Dl_info info = {};
   if (dladdr(reinterpret_cast<void*>(&companionPath), &info) == 0 || info.dli_fname == nullptr) return {};
-  const std::string self = info.dli_fname;
-  const size_t slash = self.rfind('/');
-  return (slash != std::string::npos ? self.substr(0, slash + 1) : "./") + kCompanion;
+  const std::string self = takeText(realpath(info.dli_fname, nullptr));
+  return self.substr(0, self.rfind('/') + 1) + kCompanion;
 }
 
 std::string makeSecret() {
@@ -93,7 +91,7 @@ uint16_t freePort() {
 }
 
 std::vector<std::string> serverEnvironment(const std::string& folder) {
-  std::vector<std::string> environment = {"LD_PRELOAD=" + companionPath(),
+  std::vector<std::string> environment = {std::string("LD_PRELOAD=./") + kCompanion,
                                           "CORVANE_RTC_SERVICE_USERS=" + folder + "/users"};
   for (const char* name : {"PATH", "HOME", "LANG", "TMPDIR"}) {
     if (const char* value = getenv(name)) environment.push_back(std::string(name) + "=" + value);
@@ -119,8 +117,12 @@ LocalService::~LocalService() {
 std::optional<ServiceAddress> LocalService::locate(Problem& problem) {
   if (!openFolder(problem)) return std::nullopt;
   const File lock(openLock(folder_ + "/lock"));
-  if (lock.get() < 0 || flock(lock.get(), LOCK_EX) != 0) {
+  if (lock.get() < 0) {
     problem.text = lastError(folder_ + "/lock");
+    return std::nullopt;
+  }
+  if (flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    problem = {"another process looks for the service of this machine", true};
     return std::nullopt;
   }
   if (!becomeUser(problem)) return std::nullopt;
@@ -144,7 +146,7 @@ bool LocalService::openFolder(Problem& problem) const {
       problem.text = lastError(folder);
       return false;
     }
-    if (!S_ISDIR(status.st_mode) || status.st_uid != getuid() || (status.st_mode & 077) != 0) {
+    if (!S_ISDIR(status.st_mode) || status.st_uid != geteuid() || (status.st_mode & 077) != 0) {
       problem.text = folder + " is not a folder that only this user can use";
       return false;
     }
@@ -177,9 +179,15 @@ bool LocalService::start(int alive, Problem& problem) {
     problem.text = lastError(companion);
     return false;
   }
-  const Json address = {{"port", config.port}, {"secret", config.secret}};
   unlink((folder_ + "/janus.log").c_str());
-  if (!writePrivateFile(folder_ + "/service.json", jsonText(address)) || !writeServiceConfig(config)) {
+  // The loader takes blanks and colons for ends of paths. The server runs in the folder: it is given a name there.
+  const std::string link = folder_ + "/" + kCompanion;
+  unlink(link.c_str());
+  if (symlink(companion.c_str(), link.c_str()) != 0) {
+    problem.text = lastError(link);
+    return false;
+  }
+  if (!writePrivateFile(folder_ + "/service.json", writeServiceFile(config)) || !writeServiceConfig(config)) {
     problem.text = lastError(folder_);
     return false;
   }
@@ -211,14 +219,9 @@ bool LocalService::start(int alive, Problem& problem) {
 std::optional<ServiceAddress> LocalService::readAddress(Problem& problem) const {
   std::ifstream file(folder_ + "/service.json");
   const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  const Json address = parseJson(text);
-  const int64_t port = numberOf(address, "port");
-  const std::string secret = textOf(address, "secret");
-  if (port <= 0 || port > UINT16_MAX || secret.empty()) {
-    problem.text = folder_ + "/service.json does not say where the service is";
-    return std::nullopt;
-  }
-  return ServiceAddress{"ws://127.0.0.1:" + std::to_string(port), secret, true};
+  std::optional<ServiceAddress> address = readServiceFile(text);
+  if (!address) problem.text = folder_ + "/service.json does not say where the service is";
+  return address;
 }
 
 }  // namespace corvane::rtc

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/json.h"
+
 namespace corvane::rtc {
 
 namespace {
@@ -30,7 +32,7 @@ constexpr char kPluginFolder[] = "/usr/lib/x86_64-linux-gnu/janus/plugins";
 constexpr char kTransportFolder[] = "/usr/lib/x86_64-linux-gnu/janus/transports";
 
 std::string mainFile(const LocalServiceConfig& config) {
-  return "general: {\n  configs_folder = \"" + config.folder + "\"\n  api_secret = \"" + config.secret +
+  return "general: {\n  configs_folder = \"config\"\n  api_secret = \"" + config.secret +
          "\"\n  session_timeout = 30\n  debug_level = 3\n  hide_dependencies = true\n}\n"
          "media: {\n  rtp_port_range = \"20000-60000\"\n}\n"
          "nat: {\n  full_trickle = true\n  ignore_mdns = true\n  ice_enforce_list = \"127.0.0.1\"\n}\n"
@@ -52,6 +54,18 @@ bool writePrivateFile(const std::string& path, const std::string& text) {
   if (file < 0) return false;
   const bool written = write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
   return close(file) == 0 && written;
+}
+
+std::string writeServiceFile(const LocalServiceConfig& config) {
+  return jsonText({{"port", config.port}, {"secret", config.secret}});
+}
+
+std::optional<ServiceAddress> readServiceFile(std::string_view text) {
+  const Json address = parseJson(text);
+  const int64_t port = numberOf(address, "port");
+  const std::string secret = textOf(address, "secret");
+  if (port <= 0 || port > UINT16_MAX || secret.empty()) return std::nullopt;
+  return ServiceAddress{"ws://127.0.0.1:" + std::to_string(port), secret, true};
 }
 
 bool writeServiceConfig(const LocalServiceConfig& config) {
