@@ -31,6 +31,6 @@ if(CORVANE_SANITIZE)
   target_compile_options(corvane_defaults INTERFACE
     "-fsanitize=${CORVANE_SANITIZE}" -fno-sanitize-recover=undefined -fno-omit-frame-pointer
     # GCC sees uninitialised reads in what the instrumentation adds.
-    -Wno-maybe-uninitialized)
+    "$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>")
   target_link_options(corvane_defaults INTERFACE "-fsanitize=${CORVANE_SANITIZE}")
 endif()

@@ -17,6 +17,7 @@ declare -A packages=(
   [bench]="xvfb x11-utils"
   [windows]="g++-mingw-w64-x86-64-posix wine64 cmake ninja-build nlohmann-json3-dev dpkg-dev xz-utils"
   [lint]="clang-format clang-tidy"
+  [fuzz]="clang"
 )
 
 install_packages() {
