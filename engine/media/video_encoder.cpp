@@ -20,8 +20,9 @@ constexpr int32_t kMaxBitrate = 6000;
 // Pictures that wait for the encoder; a third pushes out the oldest.
 constexpr guint64 kWaitingPictures = 2;
 constexpr int kLongestSide = 16384;  // pixels
-constexpr int kUsualRate = 30;  // pictures a second
-constexpr GstClockTime kUsualDuration = GST_SECOND / kUsualRate;
+// What encoders are told of pictures whose rate nobody knows: without any rate they hold each picture back until the
+// next one has come.
+constexpr int kUsualRate = 30;
 
 struct Kind {
   const char* codec;
@@ -95,7 +96,7 @@ const char* VideoEncoder::codec() {
 }
 
 VideoEncoder::VideoEncoder(EngineContext& context, const VideoEncoding& wanted, Listener& listener)
-    : context_(context), listener_(listener), wanted_(wanted), pipeline_("encoder") {
+    : context_(context), listener_(listener), wanted_(wanted), pipeline_("encoder"), rate_(wanted.frame_rate) {
   build();
 }
 
@@ -108,7 +109,6 @@ void VideoEncoder::build() {
   const Kind* kind = installedKind();
   if (kind == nullptr) return fail("no encoder is installed: GStreamer's x264enc, openh264enc or vp8enc");
   GstElement* source = pipeline_.add("appsrc", "pictures");
-  GstElement* rate = pipeline_.add("videorate", "rate");
   GstElement* scale = pipeline_.add("videoconvertscale", "scale");
   GstElement* raw = pipeline_.add("capsfilter", "raw");
   encoder_ = pipeline_.add(kind->element, "encoder");
@@ -122,9 +122,6 @@ void VideoEncoder::build() {
   gst_util_set_object_arg(G_OBJECT(source), "leaky-type", "downstream");
   kind->set_up(encoder_);
   if (wanted_.bitrate > 0) kind->set_bitrate(encoder_, wanted_.bitrate);
-  // Leaves pictures out where there are more than wanted; makes up none.
-  g_object_set(rate, "drop-only", TRUE, nullptr);
-  if (wanted_.frame_rate > 0) g_object_set(rate, "max-rate", wanted_.frame_rate, nullptr);
   g_object_set(raw, "caps", rawCaps(wanted_).get(), nullptr);
   gst_util_set_object_arg(G_OBJECT(encoded), "caps", kind->format);
 
@@ -134,16 +131,22 @@ void VideoEncoder::build() {
     return static_cast<VideoEncoder*>(self)->onSample(GstPtr<GstSample>(gst_app_sink_pull_sample(app_sink)));
   };
   gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
-  gst_element_link_many(source, rate, scale, raw, encoder_, encoded, sink, nullptr);
+  gst_element_link_many(source, scale, raw, encoder_, encoded, sink, nullptr);
   watch_ = watchBus<&VideoEncoder::onMessage>(pipeline_.bus().get(), context_.thread, this);
   pipeline_.countFromClock();
   if (!pipeline_.play()) fail("the encoder does not start");
 }
 
-void VideoEncoder::setRate(const GstVideoInfo& info) {
-  if (wanted_.bitrate > 0) return;
-  int fps = GST_VIDEO_INFO_FPS_N(&info) > 0 ? GST_VIDEO_INFO_FPS_N(&info) / GST_VIDEO_INFO_FPS_D(&info) : 30;
+void VideoEncoder::setFormat(const GstVideoInfo& info) {
+  GstVideoInfo told = info;
+  int fps = kUsualRate;
+  if (GST_VIDEO_INFO_FPS_N(&info) > 0) fps = std::max(GST_VIDEO_INFO_FPS_N(&info) / GST_VIDEO_INFO_FPS_D(&info), 1);
   if (wanted_.frame_rate > 0) fps = std::min(fps, wanted_.frame_rate);
+  GST_VIDEO_INFO_FPS_N(&told) = fps;
+  GST_VIDEO_INFO_FPS_D(&told) = 1;
+  const GstPtr<GstCaps> caps(gst_video_info_to_caps(&told));
+  gst_app_src_set_caps(source_, caps.get());
+  if (wanted_.bitrate > 0) return;
   const int width = wanted_.width > 0 ? wanted_.width : GST_VIDEO_INFO_WIDTH(&info);
   const int height = wanted_.height > 0 ? wanted_.height : GST_VIDEO_INFO_HEIGHT(&info);
   const double pixels = static_cast<double>(width) * height * fps;
@@ -153,28 +156,21 @@ void VideoEncoder::setRate(const GstVideoInfo& info) {
 
 void VideoEncoder::onPicture(const Picture& picture) {
   if (source_ == nullptr) return;
+  const GstClockTime now = clockNow();
+  counts_.pictures_in.fetch_add(1, std::memory_order_relaxed);
+  if (!rate_.take(now)) return;
   if (fed_info_.finfo == nullptr || !gst_video_info_is_equal(&picture.info, &fed_info_)) {
     fed_info_ = picture.info;
-    const GstPtr<GstCaps> caps(gst_video_info_to_caps(&fed_info_));
-    // To an encoder that is told of no rate each picture would have to wait for the next one.
-    if (GST_VIDEO_INFO_FPS_N(&fed_info_) == 0) {
-      gst_caps_set_simple(caps.get(), "framerate", GST_TYPE_FRACTION, kUsualRate, 1, nullptr);
-    }
-    gst_app_src_set_caps(source_, caps.get());
-    setRate(fed_info_);
+    setFormat(fed_info_);
   }
-  const GstClockTime now = clockNow();
   if (now - last_key_request_ > kKeyFrameInterval && key_frame_wanted_.exchange(false, std::memory_order_relaxed)) {
     last_key_request_ = now;
     gst_element_send_event(encoder_, gst_video_event_new_upstream_force_key_unit(GST_CLOCK_TIME_NONE, TRUE, 0));
   }
-  counts_.pictures_in.fetch_add(1, std::memory_order_relaxed);
   // Shares the pixels. The application's pictures have times of its own, so that the present counts.
   GstBuffer* fed = shareForElements(picture).release();
   GST_BUFFER_PTS(fed) = now;
   GST_BUFFER_DTS(fed) = GST_CLOCK_TIME_NONE;
-  // Of pictures without a rate the rate's element asserts that they have a duration, which ends the process.
-  if (!GST_BUFFER_DURATION_IS_VALID(fed)) GST_BUFFER_DURATION(fed) = kUsualDuration;
   gst_app_src_push_buffer(source_, fed);
 }
 

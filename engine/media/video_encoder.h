@@ -10,6 +10,7 @@
 #include "capture/pipeline.h"
 #include "core/engine_context.h"
 #include "media/encoded_taps.h"
+#include "media/picture_rate.h"
 #include "media/picture_taps.h"
 
 namespace corvane::rtc {
@@ -66,7 +67,7 @@ class VideoEncoder final : public PictureTap {
   void fail(const std::string& reason);
   void onMessage(GstMessage* message);
   GstFlowReturn onSample(GstPtr<GstSample> sample);
-  void setRate(const GstVideoInfo& info);
+  void setFormat(const GstVideoInfo& info);
 
   EngineContext& context_;
   Listener& listener_;
@@ -81,6 +82,7 @@ class VideoEncoder final : public PictureTap {
   AttachedSource watch_;
   bool failed_ = false;
   // The picture thread's:
+  PictureRate rate_;
   GstVideoInfo fed_info_ = {};
   GstClockTime last_key_request_ = 0;
 };

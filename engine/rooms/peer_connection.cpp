@@ -2,6 +2,7 @@
 
 #include <gst/webrtc/webrtc.h>
 
+#include <string_view>
 #include <utility>
 
 #include "capture/capture_fault.h"
@@ -13,8 +14,9 @@ namespace corvane::rtc {
 
 namespace {
 
-// What a lost packet may take to be sent again. Pictures that arrive whole and in order are not held back.
-constexpr guint kJitterBufferMs = 60;
+// What a lost packet may take to be sent again, at a second or third try if need be. Pictures that arrive whole and in
+// order are not held back.
+constexpr guint kJitterBufferMs = 200;
 // Lost packets are asked for at once rather than at the next regular report.
 constexpr guint64 kReportInterval = 100 * GST_MSECOND;
 
@@ -30,9 +32,14 @@ Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   return Description(gst_webrtc_session_description_new(type, message));
 }
 
-void speedUpReports(GstBin*, GstBin*, GstElement* element, gpointer) {
+void setUpTransport(GstBin*, GstBin*, GstElement* element, gpointer) {
   const GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr || g_strcmp0(GST_OBJECT_NAME(factory), "rtpsession") != 0) return;
+  if (factory == nullptr) return;
+  const std::string_view kind = GST_OBJECT_NAME(factory);
+  // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
+  // or a picture that was left out, that is the packet which everything after it needs.
+  if (kind == "rtpjitterbuffer") g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
+  if (kind != "rtpsession") return;
   GObject* session = nullptr;
   g_object_get(element, "internal-session", &session, nullptr);
   if (session == nullptr) return;
@@ -89,7 +96,7 @@ void PeerConnection::connectSignals() {
   };
   g_signal_connect(webrtc_, "on-ice-candidate", G_CALLBACK(on_candidate), this);
   g_signal_connect(webrtc_, "notify::connection-state", G_CALLBACK(on_state), this);
-  g_signal_connect(webrtc_, "deep-element-added", G_CALLBACK(speedUpReports), nullptr);
+  g_signal_connect(webrtc_, "deep-element-added", G_CALLBACK(setUpTransport), nullptr);
 }
 
 void PeerConnection::start() {

@@ -3,7 +3,9 @@
 #include <gst/webrtc/webrtc.h>
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
+#include <utility>
 
 #include "corvane_rtc/common.h"
 
@@ -28,6 +30,8 @@ constexpr Chain kChains[] = {
 constexpr GstClockTime kStall = 200 * GST_MSECOND;
 // Of a screen, which comes five times a second while nothing on it moves.
 constexpr GstClockTime kScreenStall = 500 * GST_MSECOND;
+// How often a feed is looked after whose packets make no pictures.
+constexpr std::chrono::milliseconds kWatchInterval(150);
 
 void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) {
   g_object_set(transceiver, "do-nack", TRUE, nullptr);
@@ -38,7 +42,8 @@ void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) 
 RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member, int32_t stream_index,
                        const std::vector<FeedStream>& streams, bool loopback_only, PeerConnection::Listener& listener,
                        Receiver& receiver)
-    : streams_(streams),
+    : context_(context),
+      streams_(streams),
       receiver_(receiver),
       peer_(context, "feed", loopback_only, listener),
       stall_(stream_index == kStreamIndexScreen ? kScreenStall : kStall),
@@ -57,6 +62,21 @@ RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::
 
 RemoteFeed::~RemoteFeed() {
   peer_.stop();
+}
+
+void RemoteFeed::start() {
+  peer_.start();
+  if (video_entry_ != nullptr) watch_ = context_.thread.after(kWatchInterval, [this] { watchPictures(); });
+}
+
+void RemoteFeed::watchPictures() {
+  watch_ = context_.thread.after(kWatchInterval, [this] { watchPictures(); });
+  const int64_t packets = packets_.load(std::memory_order_relaxed);
+  if (std::exchange(watched_packets_, packets) == packets) return;
+  if (clockNow() - last_picture_.load(std::memory_order_relaxed) < stall_) return;
+  // A request may be lost, or refused because there was one just before: only a picture answers it.
+  const GstPtr<GstPad> entry(gst_element_get_static_pad(video_entry_, "sink"));
+  gst_pad_push_event(entry.get(), gst_video_event_new_upstream_force_key_unit(GST_CLOCK_TIME_NONE, FALSE, 0));
 }
 
 void RemoteFeed::addVideo(const FeedStream& stream) {
@@ -89,6 +109,13 @@ void RemoteFeed::addVideo(const FeedStream& stream) {
     gst_element_link_many(depayloader, decoder, sink, nullptr);
   }
   video_entry_ = depayloader;
+
+  const GstPtr<GstPad> entry(gst_element_get_static_pad(depayloader, "sink"));
+  const auto count = +[](GstPad*, GstPadProbeInfo*, gpointer self) {
+    static_cast<RemoteFeed*>(self)->packets_.fetch_add(1, std::memory_order_relaxed);
+    return GST_PAD_PROBE_OK;
+  };
+  gst_pad_add_probe(entry.get(), GST_PAD_PROBE_TYPE_BUFFER, count, this, nullptr);
 }
 
 void RemoteFeed::addSound(const FeedStream& stream) {
@@ -180,14 +207,14 @@ GstFlowReturn RemoteFeed::onPicture(GstPtr<GstSample> sample) {
     counts_.height.store(GST_VIDEO_INFO_HEIGHT(&info_), std::memory_order_relaxed);
   }
   const GstClockTime now = clockNow();
-  if (GST_CLOCK_TIME_IS_VALID(last_picture_) && !resumed_.exchange(false)) {
-    const GstClockTime gap = now - last_picture_;
+  const GstClockTime previous = last_picture_.exchange(now, std::memory_order_relaxed);
+  if (previous != 0 && !resumed_.exchange(false)) {
+    const GstClockTime gap = now - previous;
     if (gap > stall_) {
       counts_.stalls.fetch_add(1, std::memory_order_relaxed);
       counts_.stall_ns.fetch_add(static_cast<int64_t>(gap), std::memory_order_relaxed);
     }
   }
-  last_picture_ = now;
   counts_.pictures.fetch_add(1, std::memory_order_relaxed);
   GstBuffer* buffer = gst_sample_get_buffer(sample.get());
   receiver_.onRemotePicture(

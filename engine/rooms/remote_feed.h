@@ -48,7 +48,7 @@ class RemoteFeed final {
   RemoteFeed(const RemoteFeed&) = delete;
   RemoteFeed& operator=(const RemoteFeed&) = delete;
 
-  void start() { peer_.start(); }
+  void start();
   /// Which media are wanted: a MediaStreamType. The service sends no others.
   void setWanted(int32_t media);
 
@@ -60,9 +60,11 @@ class RemoteFeed final {
   void addVideo(const FeedStream& stream);
   void addSound(const FeedStream& stream);
   void linkPad(GstPad* pad);
+  void watchPictures();
   GstFlowReturn onPicture(GstPtr<GstSample> sample);
   GstFlowReturn onSound(GstPtr<GstSample> sample);
 
+  EngineContext& context_;
   const std::vector<FeedStream> streams_;
   Receiver& receiver_;
   FeedCounts counts_;
@@ -72,11 +74,14 @@ class RemoteFeed final {
   std::atomic<bool> resumed_ = false;  // pictures come again that were not wanted for a while
   GstElement* video_entry_ = nullptr;  // where received packets go in, as is:
   GstElement* sound_entry_ = nullptr;
+  std::atomic<int64_t> packets_ = 0;            // of pictures, since the feed was opened
+  std::atomic<GstClockTime> last_picture_ = 0;  // when it was decoded
+  int64_t watched_packets_ = 0;
+  AttachedSource watch_;
   std::unique_ptr<FeedLink> link_;
   // The feed's own thread's:
   GstPtr<GstCaps> caps_;
   GstVideoInfo info_ = {};
-  GstClockTime last_picture_ = GST_CLOCK_TIME_NONE;
   // The sound thread's: a block on its way.
   SoundBlock block_ = {};
   size_t block_samples_ = 0;
