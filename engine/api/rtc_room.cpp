@@ -39,7 +39,10 @@ bool isRoomOrUserId(const char* id) {
   return id != nullptr && *id != '\0' && isText(id, kMaxIdBytes);
 }
 
-RtcRoom::RtcRoom(std::shared_ptr<RoomDoor> door, std::string id) : door_(std::move(door)), id_(std::move(id)) {}
+RtcRoom::RtcRoom(std::shared_ptr<RoomDoor> door, std::string id)
+    : door_(std::move(door)), id_(std::move(id)), space_([this](RoomSoundSpace::Change change) {
+        return post([change = std::move(change)](Room& room) { room.changeSpace(change); });
+      }) {}
 
 int32_t RtcRoom::notSupported(const char* operation) {
   int32_t result = kWrongState;
@@ -268,18 +271,6 @@ int32_t RtcRoom::startSubtitle(const SubtitleConfig& /*config*/) {
 
 int32_t RtcRoom::stopSubtitle() {
   return notSupported(__func__);
-}
-
-// Sound in space.
-
-IRangeAudio* RtcRoom::getRangeAudio() {
-  notSupported(__func__);
-  return nullptr;
-}
-
-ISpatialAudio* RtcRoom::getSpatialAudio() {
-  notSupported(__func__);
-  return nullptr;
 }
 
 }  // namespace corvane::rtc

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "api/room_door.h"
+#include "api/room_sound_space.h"
 #include "corvane_rtc/rtc_room.h"
 #include "rooms/room.h"
 
@@ -77,8 +78,8 @@ class RtcRoom final : public IRTCRoom {
 
   // Sound in space.
 
-  IRangeAudio* getRangeAudio() override;
-  ISpatialAudio* getSpatialAudio() override;
+  IRangeAudio* getRangeAudio() override { return &space_; }
+  ISpatialAudio* getSpatialAudio() override { return &space_; }
 
  private:
   ~RtcRoom() = default;
@@ -95,6 +96,7 @@ class RtcRoom final : public IRTCRoom {
   std::shared_ptr<std::atomic<bool>> in_room_;  // of the last joinRoom(): false once it failed, or the stay was ended
   int64_t last_message_ = 0;
   int32_t last_task_ = 0;
+  RoomSoundSpace space_;
 };
 
 }  // namespace corvane::rtc

@@ -21,6 +21,7 @@ struct Loudness {
 void ActiveSpeakers::update(std::span<const RemoteAudioPropertiesInfo> heard, const Tell& tell) {
   std::map<std::string, Loudness, std::less<>> rooms;
   for (const RemoteAudioPropertiesInfo& info : heard) {
+    if (info.stream_key.stream_index != kStreamIndexMain) continue;  // a screen's sound
     Loudness& room = rooms[info.stream_key.room_id];
     const int32_t level = info.audio_properties_info.nonlinear_volume;
     if (level >= room.level) {

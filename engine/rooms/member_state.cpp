@@ -32,6 +32,7 @@ std::string writeMemberState(const MemberState& state) {
   for (const auto& [key, info] : state.room_info) {
     json["room"][key] = {{"value", info.value}, {"user", info.user}, {"time", info.time_ms}};
   }
+  if (Json place = writeVoicePlace(state.place); !place.is_null()) json["place"] = std::move(place);
   return jsonText(json);
 }
 
@@ -47,6 +48,7 @@ MemberState readMemberState(const std::string& text) {
   state.screen = static_cast<int32_t>(numberOf(json, "screen")) & kMediaStreamBoth;
   state.visible = flagOf(json, "visible", true);
   state.leaving = flagOf(json, "leaving", false);
+  state.place = readVoicePlace(memberOf(json, "place"));
   if (const Json& room = memberOf(json, "room"); room.is_object()) {
     for (const auto& [key, info] : room.items()) {
       if (state.room_info.size() == kMaxPairs) break;

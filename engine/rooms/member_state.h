@@ -5,6 +5,8 @@
 #include <map>
 #include <string>
 
+#include "rooms/voice_place.h"
+
 namespace corvane::rtc {
 
 /// One pair of a room's extra information.
@@ -23,6 +25,8 @@ struct MemberState {
   bool visible = true;
   bool leaving = false;                        ///< the user leaves of its own will
   std::map<std::string, ExtraInfo> room_info;  ///< pairs that this member keeps for the room, by key
+
+  VoicePlace place = {};
 
   bool operator==(const MemberState&) const = default;
 };

@@ -15,6 +15,10 @@ void RemoteUser::setState(MemberState state) {
   stream(kStreamIndexScreen).setPublished(state_.visible ? state_.screen : 0);
 }
 
+void RemoteUser::setPlace(const SoundPlace& place) {
+  for (RemoteStream& stream : streams_) stream.setPlace(place);
+}
+
 void RemoteUser::suspend() {
   present_ = false;
   for (RemoteStream& stream : streams_) stream.suspend();

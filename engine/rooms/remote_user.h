@@ -30,6 +30,8 @@ class RemoteUser final {
   void resume() { present_ = true; }
   /// Opens, changes or closes the feeds as everything now wants it.
   void update(RoomSession* session, bool loopback_only);
+  /// Where it is heard from, whatever of it is heard.
+  void setPlace(const SoundPlace& place);
 
  private:
   const std::string uid_;

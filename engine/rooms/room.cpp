@@ -21,6 +21,8 @@ constexpr std::chrono::seconds kOwnGhost(40);
 constexpr std::chrono::milliseconds kRejoinPause(500);
 constexpr std::chrono::milliseconds kCheckPause(250);
 constexpr size_t kMaxRoomInfo = 10;
+// Who walks tells the others of its newest place this often.
+constexpr std::chrono::milliseconds kPlacePause(200);
 
 }  // namespace
 
@@ -57,6 +59,7 @@ void Room::join(RoomJoin join) {
   own_.extra_info = join_.extra_info;
   own_.visible = visible_;
   own_.published = join_.auto_publish && visible_ ? kMediaStreamBoth : 0;
+  own_.place = space_.own();
   room_info_.clear();
   if (service_.state() == Service::State::kUnreachable) return end(kRoomStateJoinFailed, service_.problem());
   if (service_.state() == Service::State::kUp) enter();
@@ -210,6 +213,7 @@ void Room::onMemberLeft(const std::string& member) {
 void Room::refresh(Entry& entry) {
   RemoteUser& user = *entry.user;
   takeRoomInfo(user.state());
+  user.setPlace(space_.heard(user.uid(), user.state().place));
   user.update(session_.get(), service_.onLoopback());
   if (!entry.announced) announce(entry);
   if (!entry.announced || user.state().leaving) return;
@@ -375,7 +379,23 @@ void Room::applyVolume(RemoteUser& user) {
   }
 }
 
+void Room::changeSpace(const std::function<void(RoomSpace&)>& change) {
+  change(space_);
+  for (auto& [id, entry] : users_) entry.user->setPlace(space_.heard(id, entry.user->state().place));
+  tellPlace();
+}
+
 // What is told of the room and of oneself.
+
+void Room::tellPlace() {
+  if (place_pause_ != nullptr || own_.place == space_.own()) return;
+  own_.place = space_.own();
+  tellState();
+  place_pause_ = context_.engine.thread.after(kPlacePause, [this] {
+    place_pause_.reset();
+    tellPlace();
+  });
+}
 
 void Room::setVisible(bool visible) {
   visible_ = visible;

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -17,6 +18,7 @@
 #include "rooms/room_context.h"
 #include "rooms/room_messages.h"
 #include "rooms/room_report.h"
+#include "rooms/room_space.h"
 #include "service/signalling.h"
 
 namespace corvane::rtc {
@@ -68,6 +70,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   /// Reported under `task`.
   void setExtraInfo(int32_t task, const std::string& key, const std::string& value);
   void setToken(std::string token) { join_.token = std::move(token); }
+  /// Where users are heard from; also before the room is joined.
+  void changeSpace(const std::function<void(RoomSpace&)>& change);
   void send(OutgoingMessage message) { messages_.send(std::move(message)); }
 
   Service& service() { return service_; }
@@ -88,6 +92,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void end(RoomState state, const std::string& reason);
   void reportState(RoomState state, const std::string& reason);
   void tellState();
+  void tellPlace();
   int32_t& published(int32_t stream_index) { return stream_index == kStreamIndexScreen ? own_.screen : own_.published; }
   void setPublished(int32_t stream_index, int32_t media);
   void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
@@ -126,6 +131,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   bool visible_ = true;  // as the application wants it
   int32_t room_volume_ = 100;
   std::map<std::pair<std::string, int32_t>, int32_t> volumes_;  // by user and stream, where not 100
+  RoomSpace space_;
+  AttachedSource place_pause_;  // since the others were last told of a place
   std::map<std::string, ExtraInfo> room_info_;
   MemberState own_;
   std::string told_;  // own_ as the others know it

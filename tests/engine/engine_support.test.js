@@ -65,6 +65,8 @@ const roomConfig = {
   ...{ room_profile_type: 0, is_auto_publish: false, is_auto_subscribe_audio: false, is_auto_subscribe_video: false },
   remote_video_config: { framerate: 0, resolution_width: 0, resolution_height: 0 },
 };
+const head = { forward: { x: 1, y: 0, z: 0 }, right: { x: 0, y: 1, z: 0 }, up: { x: 0, y: 0, z: 1 } };
+const headPlace = { position: { x: 0, y: 0, z: 0 }, orientation: head };
 
 const fitting = {
   registerPlugin: [path.join(__dirname, '../../build/release/plugins/privacy_blur.so')],
@@ -120,6 +122,10 @@ const fitting = {
   unsubscribeStream: ['someone', 3],
   sendUserBinaryMessage: ['user', 1, Buffer.alloc(1), 0],
   sendRoomBinaryMessage: [1, Buffer.alloc(1)],
+  updateSelfOrientation: [head],
+  updateSelfPosition: [headPlace],
+  updateListenerOrientation: [head],
+  updateRemotePosition: ['someone', headPlace],
 };
 
 /** Operations that the engine's own log tells to be missing. Each is told once, so this is asked when all were called. */

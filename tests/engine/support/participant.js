@@ -95,6 +95,20 @@ class Participant {
     await this.call('video', 'startVideoCapture');
   }
 
+  /** Sends a microphone's sound to a room. */
+  async speak(room, microphone) {
+    await this.call('video', 'setAudioCaptureDevice', microphone);
+    await this.call('video', 'startAudioCapture');
+    await this.call(room, 'publishStream', 1);
+  }
+
+  /** Waits for a frame of sound, from now on, whose channels have these amplitudes, give or take 15 %; its event. */
+  sound(type, amplitudes) {
+    const near = (amplitude, wanted) => Math.abs(amplitude - wanted) <= Math.max(wanted * 0.15, 0.003);
+    const fits = ({ audio_frame }) => audio_frame.amplitudes.every((amplitude, at) => near(amplitude, amplitudes[at]));
+    return this.waitFor(type, fits, this.events.length);
+  }
+
   /** Waits for frames of a user's, beyond those that have come; then { frames, width, height, luma }. */
   async frames(room, user, count = 10, stream_index = 0) {
     const key = { room_id: room, user_id: user, stream_index };
@@ -136,6 +150,7 @@ function runChild() {
       return;
     }
     if (message.Type === 'onRemoteVideoSizeChanged') onSize(message.Object);
+    if (message.Object.audio_frame !== undefined) message.Object.audio_frame = measureSound(message.Object.audio_frame);
     tell(message);
   }
 
@@ -153,6 +168,17 @@ function runChild() {
     Object.assign(user, { width, height, stride: plane_size_y });
     user.frames++;
     for (const look of user.looks) look();
+  }
+
+  /** A frame of sound without its samples: the amplitude that a sine of that power would have, 0 to 1, of each channel. */
+  function measureSound({ buffer, ...frame }) {
+    const samples = new Int16Array(buffer.buffer, buffer.byteOffset, buffer.byteLength / 2);
+    const amplitudeOf = (channel) => {
+      let power = 0;
+      for (let at = channel; at < samples.length; at += frame.channels) power += (samples[at] / 32768) ** 2;
+      return Math.sqrt((2 * power * frame.channels) / samples.length);
+    };
+    return { ...frame, samples: samples.length, amplitudes: Array.from({ length: frame.channels }, (_, channel) => amplitudeOf(channel)) };
   }
 
   /** The picture's mean brightness in three columns of four rows, left to right, top to bottom. */
