@@ -1,10 +1,9 @@
 #include "playback/playback_thread.h"
 
-#include <memory>
 #include <utility>
 
 #include "core/engine_thread.h"
-#include "playback/sound_output.h"
+#include "core/run_within.h"
 
 namespace corvane::rtc {
 
@@ -17,7 +16,8 @@ constexpr int64_t kIdleBlocks = 200;
 
 }  // namespace
 
-PlaybackThread::PlaybackThread(PlayedSound& sound) : sound_(sound) {
+PlaybackThread::PlaybackThread(PlayedSound& sound, OutputMaker make_output, const Patience& patience)
+    : sound_(sound), make_output_(std::move(make_output)), patience_(patience) {
   thread_ = std::jthread([this](const std::stop_token& stop) {
     nameThread("sound-playback");
     run(stop);
@@ -56,10 +56,20 @@ void PlaybackThread::run(const std::stop_token& stop) {
   }
 }
 
+std::optional<CaptureFault> PlaybackThread::open(const std::shared_ptr<SoundOutput>& output) const {
+  const auto fault = std::make_shared<std::optional<CaptureFault>>();
+  if (runWithin(patience_.open, "speaker-open", [output, fault] { *fault = output->open(); })) return *fault;
+  return CaptureFault{kDeviceFailure, kMediaDeviceErrorNoCallback, "the speaker does not open"};
+}
+
+void PlaybackThread::close(std::shared_ptr<SoundOutput> output) const {
+  runWithin(patience_.close, "speaker-close", [output = std::move(output)]() mutable { output.reset(); });
+}
+
 void PlaybackThread::playOn(const Opening& opening) {
   const std::stop_token stop = opening.end.get_token();
-  std::unique_ptr<SoundOutput> output = makeSoundOutput(opening.speaker);
-  std::optional<CaptureFault> fault = output->open();
+  std::shared_ptr<SoundOutput> output = make_output_(opening.speaker);
+  std::optional<CaptureFault> fault = open(output);
   int64_t played = 0;
   int64_t idle = 0;
   bool failed = false;
@@ -68,7 +78,7 @@ void PlaybackThread::playOn(const Opening& opening) {
     if (fault) {
       failed = true;
       opening.events.failed(*std::exchange(fault, std::nullopt));
-      output = makeSoundOutput(NullSpeaker());
+      close(std::exchange(output, make_output_(NullSpeaker())));
       output->open();
     }
     if (!output->wait(stop)) {
@@ -81,6 +91,7 @@ void PlaybackThread::playOn(const Opening& opening) {
     idle = sound_.hasSources() ? 0 : idle + 1;
     if (idle == kIdleBlocks) opening.events.idle();
   }
+  close(std::move(output));
 }
 
 }  // namespace corvane::rtc

@@ -1,9 +1,11 @@
 // The thread that mixes what is to be played and hands it to a speaker, ten milliseconds at a time.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <stop_token>
@@ -12,6 +14,7 @@
 #include "capture/capture_fault.h"
 #include "devices/audio_device_id.h"
 #include "playback/played_sound.h"
+#include "playback/sound_output.h"
 
 namespace corvane::rtc {
 
@@ -25,14 +28,23 @@ struct PlaybackEvents {
 
 class PlaybackThread {
  public:
+  using OutputMaker = std::function<std::unique_ptr<SoundOutput>(const SpeakerId&)>;
+
+  /// How long a server of sound devices may take before it counts as hanging, and is left behind.
+  struct Patience {
+    std::chrono::milliseconds open{5000};
+    std::chrono::milliseconds close{2000};
+  };
+
   /// `sound` outlives this.
-  explicit PlaybackThread(PlayedSound& sound);
-  /// Waits until the speaker is closed and no call is on its way.
+  explicit PlaybackThread(PlayedSound& sound) : PlaybackThread(sound, makeSoundOutput, {}) {}
+  PlaybackThread(PlayedSound& sound, OutputMaker make_output, const Patience& patience);
+  /// Waits until the speaker is closed, unless it hangs, and no call is on its way.
   ~PlaybackThread();
   PlaybackThread(const PlaybackThread&) = delete;
   PlaybackThread& operator=(const PlaybackThread&) = delete;
 
-  // Both return at once; the speaker before is closed first, which may take as long as the device's server.
+  // Both return at once; the speaker before is closed first.
 
   void play(SpeakerId speaker, PlaybackEvents events);
   void rest();
@@ -46,8 +58,12 @@ class PlaybackThread {
 
   void run(const std::stop_token& stop);
   void playOn(const Opening& opening);
+  std::optional<CaptureFault> open(const std::shared_ptr<SoundOutput>& output) const;
+  void close(std::shared_ptr<SoundOutput> output) const;
 
   PlayedSound& sound_;
+  const OutputMaker make_output_;
+  const Patience patience_;
   std::mutex mutex_;
   std::condition_variable_any changed_;
   std::optional<Opening> next_;

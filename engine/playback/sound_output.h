@@ -12,7 +12,7 @@
 
 namespace corvane::rtc {
 
-/// The playback thread's, from its making to its end: a device may hold up whoever opens or closes it.
+/// Of one thread at a time. A device may hold up whoever opens or destroys it, for as long as it likes.
 class SoundOutput {
  public:
   virtual ~SoundOutput() = default;

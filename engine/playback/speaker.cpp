@@ -28,6 +28,8 @@ void Speaker::onDevicesChanged() {
   // What the application chose stays, and is used again when it has come back; else the machine's default is followed.
   const bool was_listed = std::exchange(listed_, isListed(opened_));
   const bool is_back = state_ == State::kFailed && listed_ && !was_listed;
+  const bool is_gone = state_ == State::kPlaying && !listed_ && was_listed;
+  if (current() == opened_ && is_gone) return onGone();
   if (current() == opened_ && !is_back) return;
   close();
   open();
@@ -38,9 +40,13 @@ void Speaker::open() {
   listed_ = isListed(opened_);
   state_ = State::kOpening;
   context_.log.info("speaker %s opens", opened_.c_str());
+  play(opened_);
+}
+
+void Speaker::play(const std::string& id) {
   session_ = std::make_shared<char>();
   const std::weak_ptr<void> session = session_;
-  thread_.play(parseSpeakerId(opened_),
+  thread_.play(parseSpeakerId(id),
                {
                    .started = [this, session] { context_.thread.post(session, [this] { onStarted(); }); },
                    .failed =
@@ -72,6 +78,7 @@ bool Speaker::isListed(const std::string& id) const {
 }
 
 void Speaker::onStarted() {
+  if (state_ == State::kFailed) return;  // nobody hears it
   state_ = State::kPlaying;
   report(kMediaDeviceStateStarted, kMediaDeviceErrorOk);
 }
@@ -81,6 +88,12 @@ void Speaker::onFailed(const CaptureFault& fault) {
   context_.log.error("speaker %s failed: %s", opened_.c_str(), fault.text.c_str());
   report(kMediaDeviceStateRuntimeError, fault.device_error);
   context_.events->onError(fault.status);
+}
+
+// The server might play on where nobody has asked for it.
+void Speaker::onGone() {
+  play(std::string(kNullSpeaker));
+  onFailed({kDeviceFailure, kMediaDeviceErrorDisconnected, "it is gone"});
 }
 
 void Speaker::onIdle() {

@@ -30,6 +30,7 @@ class Speaker {
   enum class State { kOff, kOpening, kPlaying, kFailed };
 
   void open();
+  void play(const std::string& id);
   void close();
   void report(MediaDeviceState state, MediaDeviceError error);
   std::string current() const;
@@ -37,6 +38,7 @@ class Speaker {
 
   void onStarted();
   void onFailed(const CaptureFault& fault);
+  void onGone();
   void onIdle();
 
   EngineContext& context_;

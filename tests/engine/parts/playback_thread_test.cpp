@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
+#include <memory>
 #include <string>
 
 #include "core/gstreamer.h"
@@ -41,6 +43,62 @@ TEST(PlaybackThread, TellsOfASpeakerThatFailsAndMixesOn) {
     EXPECT_FALSE(failed.get_future().get().text.empty()) << element;
     tap.enough.get_future().wait();
     thread.rest();
+  }
+}
+
+struct Hang {
+  std::promise<void> let_go;
+  std::shared_future<void> over = let_go.get_future().share();
+  std::promise<void> ended;
+};
+
+class HangingOutput final : public SoundOutput {
+ public:
+  HangingOutput(Hang& hang, bool in_open) : hang_(hang), in_open_(in_open) {}
+  ~HangingOutput() override {
+    hang_.over.wait();
+    hang_.ended.set_value();
+  }
+
+  std::optional<CaptureFault> open() override {
+    if (in_open_) hang_.over.wait();
+    return std::nullopt;
+  }
+  bool wait(const std::stop_token&) override { return false; }
+  int64_t heardAtUs() const override { return 0; }
+  void play(const SoundBlock&) override {}
+  std::optional<CaptureFault> fault() override { return CaptureFault{.text = "stalled"}; }
+
+ private:
+  Hang& hang_;
+  const bool in_open_;
+};
+
+TEST(PlaybackThread, LeavesASpeakerThatHangsBehind) {
+  for (const bool in_open : {false, true}) {
+    Hang hang;
+    SoundMixer mixer;
+    SoundHooks hooks;
+    SoundTaps microphone;
+    PlayedSound sound(mixer, hooks, microphone);
+    CountingTap tap;
+    mixer.taps().add(tap);
+    std::promise<void> failed;
+    {
+      const auto make = [&](const SpeakerId& speaker) -> std::unique_ptr<SoundOutput> {
+        if (std::holds_alternative<NullSpeaker>(speaker)) return makeSoundOutput(speaker);
+        return std::make_unique<HangingOutput>(hang, in_open);
+      };
+      using std::chrono_literals::operator""ms;
+      PlaybackThread thread(sound, make, {20ms, 20ms});
+      thread.play(SoundDevice{}, {.started = [] { ADD_FAILURE() << "a speaker that hangs has started"; },
+                                  .failed = [&](const CaptureFault&) { failed.set_value(); },
+                                  .idle = [] {}});
+      failed.get_future().wait();
+      tap.enough.get_future().wait();
+    }
+    hang.let_go.set_value();
+    hang.ended.get_future().wait();
   }
 }
 
