@@ -1,4 +1,6 @@
 // Sound: capture, playback, the local voice, raw samples.
+#include <array>
+
 #include "api/rtc_room.h"
 #include "api/rtc_video.h"
 
@@ -8,9 +10,20 @@ namespace {
 
 // Percent.
 constexpr int32_t kMaxVolume = 400;
+constexpr int32_t kMaxEarMonitorVolume = 100;
 constexpr float kUnchangedVolume = 100.0F;
 // Of the device's own volume.
 constexpr float kFullDeviceVolume = 255.0F;
+
+// By AudioProfileType. What is sent has one channel, so that stereo profiles have the bitrate of its share.
+constexpr std::array<SoundEncoding, kAudioProfileHDMono + 1> kAudioProfiles = {{
+    {.bitrate = 40'000, .is_wideband = false},
+    {.bitrate = 24'000, .is_wideband = true},
+    {.bitrate = 48'000, .is_wideband = false},
+    {.bitrate = 96'000, .is_wideband = false},
+    {.bitrate = 64'000, .is_wideband = false},
+    {.bitrate = 96'000, .is_wideband = false},
+}};
 
 }  // namespace
 
@@ -95,16 +108,27 @@ int32_t RtcVideo::setRemoteAudioPlaybackVolume(const StreamKey& stream_key, int3
   return kSuccess;
 }
 
-int32_t RtcVideo::setEarMonitorMode(int32_t /*mode*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setEarMonitorMode(int32_t mode) {
+  if (mode != kEarMonitorModeOff && mode != kEarMonitorModeOn) return kInvalidParameter;
+  const bool on = mode == kEarMonitorModeOn;
+  // Who hears himself wears headphones; his own voice is not to be taken for an echo.
+  captured_sound_.cleaner().setHeadphones(on);
+  ear_monitor_.turn(on);
+  return kSuccess;
 }
 
-int32_t RtcVideo::setEarMonitorVolume(int32_t /*volume*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setEarMonitorVolume(int32_t volume) {
+  if (volume < 0 || volume > kMaxEarMonitorVolume) return kInvalidParameter;
+  ear_monitor_.setVolume(static_cast<float>(volume) / kUnchangedVolume);
+  return kSuccess;
 }
 
-int32_t RtcVideo::setAudioProfile(int32_t /*audio_profile*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setAudioProfile(int32_t audio_profile) {
+  const bool is_known = audio_profile >= kAudioProfileDefault && audio_profile <= kAudioProfileHDMono;
+  if (!is_known) return kInvalidParameter;
+  const SoundEncoding encoding = kAudioProfiles[static_cast<size_t>(audio_profile)];
+  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexMain).setSoundEncoding(encoding); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::setAnsMode(int32_t ans_mode) {
@@ -118,8 +142,9 @@ int32_t RtcVideo::enableAGC(bool enable) {
   return kSuccess;
 }
 
-int32_t RtcVideo::enablePlaybackDucking(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enablePlaybackDucking(bool enable) {
+  played_sound_.ducking().turn(enable);
+  return kSuccess;
 }
 
 int32_t RtcVideo::enableExternalSoundCard(bool enable) {

@@ -35,6 +35,7 @@
 #include "media/sound_hooks.h"
 #include "media/sound_mixer.h"
 #include "media/video_sink_slot.h"
+#include "playback/ear_monitor.h"
 #include "playback/played_sound.h"
 #include "playback/remote_sounds.h"
 #include "playback/speaker.h"
@@ -252,6 +253,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   SentSound sent_sound_{captured_sound_.taps()};
   SoundMixer playback_;  // what rooms and players play
   PlayedSound played_sound_;
+  EarMonitor ear_monitor_{captured_sound_.taps(), playback_};
   RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;

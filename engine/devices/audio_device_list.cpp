@@ -32,6 +32,14 @@ std::string deviceId(GstDevice* device) {
   return soundDeviceId(GST_OBJECT_NAME(factory), name);
 }
 
+// What a sound server has in place of the devices that a machine lacks, and microphones that were asked to be silent.
+bool isSilent(const std::string& id) {
+  if (id == "pulse:auto_null" || id == "pulse:auto_null.monitor") return true;
+  const MicrophoneId microphone = parseMicrophoneId(id);
+  const auto* test = std::get_if<TestMicrophone>(&microphone);
+  return test != nullptr && test->wave == "silence";
+}
+
 }  // namespace
 
 AudioDeviceList::AudioDeviceList(EngineContext& context, const std::vector<std::string>& microphones)
@@ -40,10 +48,12 @@ AudioDeviceList::AudioDeviceList(EngineContext& context, const std::vector<std::
     if (std::holds_alternative<std::monostate>(parseMicrophoneId(id))) {
       context_.log.warning("\"%s\" is no microphone's id and is not listed", id.c_str());
     } else {
-      listed_.push_back({AudioDeviceKind::kMicrophone, {.id = id, .name = microphoneName(id)}});
+      listed_.push_back(
+          {AudioDeviceKind::kMicrophone, {.id = id, .name = microphoneName(id), .is_silent = isSilent(id)}});
     }
   }
-  listed_.push_back({AudioDeviceKind::kSpeaker, {.id = std::string(kNullSpeaker), .name = "No speaker"}});
+  listed_.push_back(
+      {AudioDeviceKind::kSpeaker, {.id = std::string(kNullSpeaker), .name = "No speaker", .is_silent = true}});
 }
 
 void AudioDeviceList::start(bool have_gstreamer, std::function<void()> on_change) {
@@ -193,6 +203,7 @@ AudioDeviceList::Device AudioDeviceList::describe(GstDevice* device) {
   Device described = {
       .kind = gst_device_has_classes(device, "Source") ? AudioDeviceKind::kMicrophone : AudioDeviceKind::kSpeaker,
       .entry = {.id = deviceId(device)}};
+  described.entry.is_silent = isSilent(described.entry.id);
   const GstPtr<gchar> name(gst_device_get_display_name(device));
   described.entry.name = name.get();
   if (const GstPtr<GstStructure> properties{gst_device_get_properties(device)}) {

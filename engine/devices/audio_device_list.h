@@ -20,6 +20,7 @@ struct AudioDeviceEntry {
   std::string name = {};
   bool is_default = false;  ///< the machine's
   bool is_echo = false;     ///< a microphone that hears what a speaker plays
+  bool is_silent = false;   ///< a speaker that nobody hears, or a microphone without sound
 };
 
 /// Everything but snapshot() and defaultId() on the engine thread.

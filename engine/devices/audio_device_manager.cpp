@@ -94,6 +94,10 @@ int32_t AudioDeviceManager::followSystemCaptureDevice(bool followed) {
 
 IAudioDeviceCollection* AudioDeviceManager::enumerate(const Side& side) const {
   std::vector<AudioDeviceEntry> devices = devices_.snapshot(side.kind);
+  if (filters_silent_) {
+    std::erase_if(devices,
+                  [&](const AudioDeviceEntry& device) { return device.is_silent && device.id != side.chosen; });
+  }
   const bool is_other = !side.chosen.empty() && kindOf(side.kind, side.chosen) == IdKind::kOther;
   if (is_other && !isListed(devices, side.chosen)) {
     devices.push_back({.id = side.chosen, .name = microphoneName(side.chosen)});
@@ -135,6 +139,11 @@ int32_t AudioDeviceManager::follow(Side& side, bool followed) {
   if (id.empty()) return kNotFound;
   side.chosen = id;
   listener_.onAudioDeviceChosen(side.kind, id);
+  return kSuccess;
+}
+
+int32_t AudioDeviceManager::enableFilterSilentDevice(bool enable) {
+  filters_silent_ = enable;
   return kSuccess;
 }
 
@@ -193,7 +202,7 @@ int32_t AudioDeviceManager::setMute(Side& side, bool mute) {
 
 // What is not offered.
 
-int32_t AudioDeviceManager::enableFilterSilentDevice(bool /*enable*/) {
+int32_t AudioDeviceManager::enableVocalInstrumentBalance(bool /*enable*/) {
   return listener_.notSupported(__func__);
 }
 
@@ -239,10 +248,6 @@ int32_t AudioDeviceManager::startHardwareEchoDetection(const char* /*test_audio_
 }
 
 int32_t AudioDeviceManager::stopHardwareEchoDetection() {
-  return listener_.notSupported(__func__);
-}
-
-int32_t AudioDeviceManager::enableVocalInstrumentBalance(bool /*enable*/) {
   return listener_.notSupported(__func__);
 }
 

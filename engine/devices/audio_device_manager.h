@@ -78,6 +78,7 @@ class AudioDeviceManager final : public IAudioDeviceManager {
 
   const AudioDeviceList& devices_;
   Listener& listener_;
+  bool filters_silent_ = false;
   Side microphone_;
   Side speaker_;
 };

@@ -40,6 +40,7 @@ VideoEncoder* LocalMedia::borrowVideo(User& user) {
 SoundEncoder* LocalMedia::borrowSound(User& user) {
   if (sound_ == nullptr) {
     sound_ = std::make_unique<SoundEncoder>(context_, *this);
+    sound_->set(sound_encoding_);
     sound_taps_.add(*sound_);
   }
   include(sound_users_, user);
@@ -69,6 +70,11 @@ void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
       std::exchange(video_, std::make_unique<VideoEncoder>(context_, encoding_, *this));
   picture_taps_.add(*video_);
   for (User* user : video_users_) user->onVideoEncoder(*video_);
+}
+
+void LocalMedia::setSoundEncoding(const SoundEncoding& encoding) {
+  sound_encoding_ = encoding;
+  if (sound_ != nullptr) sound_->set(encoding);
 }
 
 void LocalMedia::onEncoderFailed(const std::string& reason) {

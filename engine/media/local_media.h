@@ -42,6 +42,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
 
   /// Also while pictures are sent.
   void setVideoEncoding(const VideoEncoding& encoding);
+  void setSoundEncoding(const SoundEncoding& encoding);
 
  private:
   void onEncoderFailed(const std::string& reason) override;
@@ -52,6 +53,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   PictureTaps& picture_taps_;
   SoundTaps& sound_taps_;
   VideoEncoding encoding_;
+  SoundEncoding sound_encoding_;
   std::unique_ptr<VideoEncoder> video_;
   std::unique_ptr<SoundEncoder> sound_;
   std::vector<User*> video_users_;

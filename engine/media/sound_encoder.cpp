@@ -10,7 +10,6 @@ namespace corvane::rtc {
 
 namespace {
 
-constexpr int kBitrate = 40000;
 constexpr guint64 kWaitingBlocks = 20;
 
 }  // namespace
@@ -31,11 +30,12 @@ void SoundEncoder::build() {
   GstElement* sink = pipeline_.add("appsink", "sink");
   if (!pipeline_.missing().empty()) return fail("GStreamer's element " + pipeline_.missing() + " is not installed");
   source_ = GST_APP_SRC(source);
+  encoder_ = encoder;
   g_object_set(source, "format", GST_FORMAT_TIME, "is-live", TRUE, "max-buffers", kWaitingBlocks, "max-bytes",
                guint64{0}, nullptr);
   gst_util_set_object_arg(G_OBJECT(source), "leaky-type", "downstream");
   // What is lost is made up from the packet after it.
-  g_object_set(encoder, "bitrate", kBitrate, "inband-fec", TRUE, "packet-loss-percentage", 5, nullptr);
+  g_object_set(encoder, "bitrate", SoundEncoding().bitrate, "inband-fec", TRUE, "packet-loss-percentage", 5, nullptr);
   gst_util_set_object_arg(G_OBJECT(encoder), "audio-type", "voice");
 
   g_object_set(sink, "sync", FALSE, "async", FALSE, "qos", FALSE, "enable-last-sample", FALSE, nullptr);
@@ -48,6 +48,12 @@ void SoundEncoder::build() {
   watch_ = watchBus<&SoundEncoder::onMessage>(pipeline_.bus().get(), context_.thread, this);
   pipeline_.countFromClock();
   if (!pipeline_.play()) fail("the sound encoder does not start");
+}
+
+void SoundEncoder::set(const SoundEncoding& encoding) {
+  if (encoder_ == nullptr) return;
+  g_object_set(encoder_, "bitrate", encoding.bitrate, nullptr);
+  gst_util_set_object_arg(G_OBJECT(encoder_), "bandwidth", encoding.is_wideband ? "wideband" : "fullband");
 }
 
 void SoundEncoder::onSound(const SoundBlock& block) {

@@ -15,6 +15,11 @@
 
 namespace corvane::rtc {
 
+struct SoundEncoding {
+  int32_t bitrate = 40'000;  ///< bits a second
+  bool is_wideband = false;  ///< up to 8 kHz, as sampled at 16 kHz; else everything that is heard
+};
+
 /// Opus, 20 ms in a packet. Engine thread, but for what is marked otherwise.
 class SoundEncoder final : public SoundTap {
  public:
@@ -31,6 +36,9 @@ class SoundEncoder final : public SoundTap {
   ~SoundEncoder();
   SoundEncoder(const SoundEncoder&) = delete;
   SoundEncoder& operator=(const SoundEncoder&) = delete;
+
+  /// Also while sound comes.
+  void set(const SoundEncoding& encoding);
 
   EncodedTaps& taps() { return taps_; }
   /// Since the encoder was made. Any thread.
@@ -51,6 +59,7 @@ class SoundEncoder final : public SoundTap {
   std::atomic<int64_t> bytes_out_ = 0;
   Pipeline pipeline_;
   GstAppSrc* source_ = nullptr;
+  GstElement* encoder_ = nullptr;
   AttachedSource watch_;
   bool failed_ = false;
   int32_t fed_channels_ = 0;  // the sound thread's

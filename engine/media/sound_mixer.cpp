@@ -81,7 +81,10 @@ void SoundMixer::mixRemote(SoundBlock& mixed) {
 void SoundMixer::addRest(SoundBlock& mixed) {
   std::copy(mixed.storage.begin(), mixed.storage.end(), sum_.begin());
   if (add(Origin::kHere)) writeSum(mixed);
+  applied_ducking_.apply(mixed, ducking_);
   taps_.deliver(mixed);
+  std::copy(mixed.storage.begin(), mixed.storage.end(), sum_.begin());
+  if (add(Origin::kEarMonitor)) writeSum(mixed);
   applied_device_gain_.apply(mixed, device_gain_.load(std::memory_order_relaxed));
 }
 

@@ -44,7 +44,8 @@ class SoundMixer {
     SoundGain applied_;  // the mixing thread's
   };
 
-  enum class Origin { kHere, kRemote };
+  /// The ear monitor is for the speaker alone: neither taps nor ducking have to do with it.
+  enum class Origin { kHere, kRemote, kEarMonitor };
 
   std::shared_ptr<Input> addInput(Origin origin = Origin::kHere);
   /// Whether anyone keeps an input, and so may have something to play.
@@ -55,6 +56,8 @@ class SoundMixer {
   /// Factors: of all remote sound, which the application sets, and the speaker's own of everything.
   void setGain(float gain) { gain_.store(gain, std::memory_order_relaxed); }
   void setDeviceGain(float gain) { device_gain_.store(gain, std::memory_order_relaxed); }
+  /// A factor of everything but the ear monitor, for the next block. The mixing thread's.
+  void setDucking(float factor) { ducking_ = factor; }
 
   /// Where meters, recorders and an echo canceller take what is played, after the application's volumes and before the
   /// speaker's own.
@@ -96,7 +99,9 @@ class SoundMixer {
   // The mixing thread's.
   std::array<int32_t, static_cast<size_t>(kBlockFrames) * kMaxSoundChannels> sum_;
   SoundBlock taken_;
+  float ducking_ = 1.0F;
   SoundGain applied_gain_;
+  SoundGain applied_ducking_;
   SoundGain applied_device_gain_;
 };
 

@@ -76,6 +76,7 @@ void PlayedSound::keepMixing() {
 }
 
 void PlayedSound::mix(SoundBlock& block, int64_t time_us) {
+  mixer_.setDucking(ducking_.next(time_us));
   mixer_.mix(block, time_us, [this](SoundBlock& remote) { observe(remote); });
 }
 

@@ -11,6 +11,7 @@
 #include "media/sound_hooks.h"
 #include "media/sound_mixer.h"
 #include "media/sound_taps.h"
+#include "playback/ducking.h"
 
 namespace corvane::rtc {
 
@@ -35,6 +36,8 @@ class PlayedSound {
   int32_t enableMixedObserver(const AudioFormat& format);
   void disableMixedObserver();
 
+  Ducking& ducking() { return ducking_; }
+
   bool hasSources() { return mixer_.hasInputs(); }
   /// Makes the next block for the speaker, which hears it at `time_us`. The playback thread's.
   void mix(SoundBlock& block, int64_t time_us);
@@ -57,6 +60,7 @@ class PlayedSound {
   SoundMixer& mixer_;
   SoundHooks& hooks_;
   SoundTaps& microphone_taps_;
+  Ducking ducking_{microphone_taps_};
   HookSwitch<ProcessingPath> processor_;
   HookSwitch<OutgoingPath> observer_;
   HookSwitch<OutgoingPath> mixed_observer_;

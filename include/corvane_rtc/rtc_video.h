@@ -72,7 +72,7 @@ class IRTCVideo {
   virtual int32_t setAudioProfile(int32_t audio_profile) = 0;                                     ///< AudioProfileType
   virtual int32_t setAnsMode(int32_t ans_mode) = 0;                                               ///< AnsMode
   virtual int32_t enableAGC(bool enable) = 0;                ///< automatic gain of the microphone
-  virtual int32_t enablePlaybackDucking(bool enable) = 0;    ///< lowers other programs while talking
+  virtual int32_t enablePlaybackDucking(bool enable) = 0;    ///< softer playback while the local user talks
   virtual int32_t enableExternalSoundCard(bool enable) = 0;  ///< leaves processing to the sound card
   /// Delays every other remote stream to stay in step with this one. mode: AudioAlignmentMode.
   virtual int32_t setAudioAlignmentProperty(const StreamKey& stream_key, int32_t mode) = 0;

@@ -121,7 +121,7 @@ export interface AudioMethods {
   setRemoteAudioPlaybackVolume(streamKey: StreamKey, volume: number): Result;
   /** Delays every other remote stream to stay in step with this one. */
   setAudioAlignmentProperty(streamKey: StreamKey, mode: AudioAlignmentMode): Result;
-  /** Lowers other programs while talking. */
+  /** What is played is softer while the local user talks. */
   enablePlaybackDucking(enable: boolean): Result;
   /** @param volume percent, 0 to 400; 100 as captured */
   setCaptureVolume(streamIndex: StreamIndex, volume: number): Result;

@@ -81,6 +81,24 @@ TEST_F(AudioDevicesTest, HasASpeakerThatNobodyHears) {
   EXPECT_STREQ(id, "null:");
 }
 
+TEST_F(AudioDevicesTest, LeavesOutSilentDevicesOnceAskedTo) {
+  rtc::destroyRTCVideo();
+  create(R"({"microphones": ["test:silence", "test:sine"]})");
+  const auto lists = [](const Listing& devices, const std::string& id) {
+    return std::any_of(devices.begin(), devices.end(), [&](const auto& device) { return device.first == id; });
+  };
+  EXPECT_TRUE(lists(microphones(), "test:silence"));
+  ASSERT_EQ(devices().enableFilterSilentDevice(true), rtc::kSuccess);
+  EXPECT_FALSE(lists(microphones(), "test:silence"));
+  EXPECT_TRUE(lists(microphones(), "test:sine"));
+  EXPECT_FALSE(lists(speakers(), "null:"));
+  // What was chosen is there all the same.
+  ASSERT_EQ(devices().setAudioPlaybackDevice("null:"), rtc::kSuccess);
+  EXPECT_TRUE(lists(speakers(), "null:"));
+  ASSERT_EQ(devices().enableFilterSilentDevice(false), rtc::kSuccess);
+  EXPECT_TRUE(lists(microphones(), "test:silence"));
+}
+
 TEST_F(AudioDevicesTest, RefusesIdsOfNoDevice) {
   const std::string before = microphone();
   const std::string too_long = "file:/" + std::string(rtc::kDeviceTextSize, 'x');

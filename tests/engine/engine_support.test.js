@@ -76,6 +76,7 @@ const fitting = {
   setCaptureVolume: [0, 50],
   setPlaybackVolume: [50],
   setLocalVoicePitch: [3],
+  setEarMonitorVolume: [50],
   setLocalVoiceEqualization: [{ frequency: 4, gain: 6 }],
   setLocalVoiceReverbParam: [{ room_size: 50, decay_time: 30, damping: 50, wet_gain: 0, dry_gain: 0, pre_delay: 20 }],
   enableAudioPropertiesReport: [{ ...reports, enable_spectrum: true, enable_vad: true, enable_voice_pitch: true }],

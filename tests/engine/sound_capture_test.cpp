@@ -191,6 +191,9 @@ TEST_F(SoundCaptureTest, RefusesWhatNoMicrophoneCanDo) {
   EXPECT_EQ(engine->muteAudioCapture(rtc::kStreamIndexScreen, true), rtc::kNotSupported);
   EXPECT_EQ(engine->muteAudioCapture(-1, true), rtc::kInvalidParameter);
   for (const int32_t mode : {-1, 5}) EXPECT_EQ(engine->setAnsMode(mode), rtc::kInvalidParameter) << mode;
+  for (const int32_t profile : {-1, 6}) EXPECT_EQ(engine->setAudioProfile(profile), rtc::kInvalidParameter) << profile;
+  for (const int32_t mode : {-1, 2}) EXPECT_EQ(engine->setEarMonitorMode(mode), rtc::kInvalidParameter) << mode;
+  for (const int32_t volume : {-1, 101}) EXPECT_EQ(engine->setEarMonitorVolume(volume), rtc::kInvalidParameter);
 
   const rtc::AudioPropertiesConfig good = {100, false, false, 0, 1.0, 0, false};
   const auto refused = [&](auto change) {
