@@ -45,9 +45,12 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
     rooms_ = std::make_unique<Rooms>(
-        context_, std::make_unique<LocalMedia>(context_, "camera", local_video_.taps(), sent_sound_.taps()),
-        std::make_unique<LocalMedia>(context_, "screen", screen_taps_, screen_sound_taps_), remote_sinks_, snapshots_,
-        remote_sounds_, parameters_.services);
+        context_, std::make_unique<LocalMedia>(context_, kStreamIndexMain, local_video_.taps(), sent_sound_.taps()),
+        std::make_unique<LocalMedia>(context_, kStreamIndexScreen, screen_taps_, screen_sound_taps_), remote_sinks_,
+        snapshots_, remote_sounds_, parameters_.services);
+    context_.on_capturing = [this](int32_t stream_index, int32_t media, bool captures) {
+      if (rooms_ != nullptr) rooms_->setCapturing(stream_index, media, captures);
+    };
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {

@@ -126,6 +126,7 @@ void AudioCapture::reportDevice(MediaDeviceState state, MediaDeviceError error) 
 
 void AudioCapture::reportStream(LocalAudioStreamState state, LocalAudioStreamError error) {
   stream_reported_ = state == kLocalAudioStreamStateRecording;
+  context_.on_capturing(kStreamIndexMain, kMediaStreamAudio, stream_reported_);
   context_.events->onLocalAudioStateChanged(state, error);
 }
 

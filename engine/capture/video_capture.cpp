@@ -168,6 +168,7 @@ void VideoCapture::reportDevice(MediaDeviceState state, MediaDeviceError error) 
 
 void VideoCapture::reportStream(LocalVideoStreamState state, LocalVideoStreamError error) {
   stream_reported_ = state == kLocalVideoStreamStateRecording;
+  context_.on_capturing(kStreamIndexMain, kMediaStreamVideo, stream_reported_);
   context_.events->onLocalVideoStateChanged(kStreamIndexMain, state, error);
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "corvane_rtc/stream_events.h"
+
 namespace corvane::rtc {
 
 namespace {
@@ -19,8 +21,8 @@ void exclude(Users& users, LocalMedia::User& user) {
 
 }  // namespace
 
-LocalMedia::LocalMedia(EngineContext& context, const char* name, PictureTaps& pictures, SoundTaps& sound)
-    : context_(context), name_(name), picture_taps_(pictures), sound_taps_(sound) {}
+LocalMedia::LocalMedia(EngineContext& context, int32_t stream_index, PictureTaps& pictures, SoundTaps& sound)
+    : context_(context), stream_index_(stream_index), picture_taps_(pictures), sound_taps_(sound) {}
 
 LocalMedia::~LocalMedia() {
   if (video_ != nullptr) picture_taps_.remove(*video_);
@@ -31,6 +33,7 @@ VideoEncoder* LocalMedia::borrowVideo(User& user) {
   if (*VideoEncoder::codec() == '\0') return nullptr;
   if (video_ == nullptr) {
     video_ = std::make_unique<VideoEncoder>(context_, encoding_, *this);
+    video_told_ = false;
     picture_taps_.add(*video_);
   }
   include(video_users_, user);
@@ -41,6 +44,7 @@ SoundEncoder* LocalMedia::borrowSound(User& user) {
   if (sound_ == nullptr) {
     sound_ = std::make_unique<SoundEncoder>(context_, *this);
     sound_->set(sound_encoding_);
+    sound_told_ = false;
     sound_taps_.add(*sound_);
   }
   include(sound_users_, user);
@@ -61,6 +65,18 @@ void LocalMedia::giveBackSound(User& user) {
   sound_.reset();
 }
 
+void LocalMedia::check() {
+  if (video_ != nullptr && !video_told_ && video_->counts().pictures_out > 0) {
+    video_told_ = true;
+    context_.events->onLocalVideoStateChanged(stream_index_, kLocalVideoStreamStateEncoding, kLocalVideoStreamErrorOk);
+  }
+  // There is no such report of the screen's sound.
+  if (sound_ != nullptr && !sound_told_ && stream_index_ == kStreamIndexMain && sound_->bytesOut() > 0) {
+    sound_told_ = true;
+    context_.events->onLocalAudioStateChanged(kLocalAudioStreamStateEncoding, kLocalAudioStreamErrorOk);
+  }
+}
+
 void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
   if (encoding == encoding_) return;
   encoding_ = encoding;
@@ -78,14 +94,21 @@ void LocalMedia::setSoundEncoding(const SoundEncoding& encoding) {
 }
 
 void LocalMedia::onEncoderFailed(const std::string& reason) {
-  context_.log.error("pictures of the %s cannot be encoded: %s", name_, reason.c_str());
+  context_.log.error("pictures of the %s cannot be encoded: %s",
+                     stream_index_ == kStreamIndexScreen ? "screen" : "camera", reason.c_str());
+  context_.events->onLocalVideoStateChanged(stream_index_, kLocalVideoStreamStateFailed,
+                                            kLocalVideoStreamErrorEncodeFailure);
   // Each gives back what it borrowed.
   const Users users = video_users_;
   for (User* user : users) user->onEncodingFailed(reason);
 }
 
 void LocalMedia::onSoundEncoderFailed(const std::string& reason) {
-  context_.log.error("sound of the %s cannot be encoded: %s", name_, reason.c_str());
+  const bool is_screen = stream_index_ == kStreamIndexScreen;
+  context_.log.error("sound of the %s cannot be encoded: %s", is_screen ? "screen" : "microphone", reason.c_str());
+  if (!is_screen) {
+    context_.events->onLocalAudioStateChanged(kLocalAudioStreamStateFailed, kLocalAudioStreamErrorEncodeFailure);
+  }
   const Users users = sound_users_;
   for (User* user : users) user->onEncodingFailed(reason);
 }

@@ -28,8 +28,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
     ~User() = default;
   };
 
-  /// `name`: the stream's, in the log.
-  LocalMedia(EngineContext& context, const char* name, PictureTaps& pictures, SoundTaps& sound);
+  LocalMedia(EngineContext& context, int32_t stream_index, PictureTaps& pictures, SoundTaps& sound);
   ~LocalMedia();
   LocalMedia(const LocalMedia&) = delete;
   LocalMedia& operator=(const LocalMedia&) = delete;
@@ -40,6 +39,9 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   void giveBackVideo(User& user);
   void giveBackSound(User& user);
 
+  /// Several times a second: reports what is encoded for the first time.
+  void check();
+
   /// Also while pictures are sent.
   void setVideoEncoding(const VideoEncoding& encoding);
   void setSoundEncoding(const SoundEncoding& encoding);
@@ -49,13 +51,15 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   void onSoundEncoderFailed(const std::string& reason) override;
 
   EngineContext& context_;
-  const char* const name_;
+  const int32_t stream_index_;
   PictureTaps& picture_taps_;
   SoundTaps& sound_taps_;
   VideoEncoding encoding_;
   SoundEncoding sound_encoding_;
   std::unique_ptr<VideoEncoder> video_;
   std::unique_ptr<SoundEncoder> sound_;
+  bool video_told_ = false;
+  bool sound_told_ = false;
   std::vector<User*> video_users_;
   std::vector<User*> sound_users_;
 };

@@ -14,7 +14,9 @@ constexpr std::chrono::milliseconds kRetryPause(1000);
 LocalStream::LocalStream(RoomContext& room, int32_t stream_index)
     : room_(room),
       stream_index_(stream_index),
-      media_(stream_index == kStreamIndexScreen ? room.screen_media : room.camera_media) {}
+      media_(stream_index == kStreamIndexScreen ? room.screen_media : room.camera_media),
+      sent_video_(room, stream_index, /*is_video=*/true),
+      sent_sound_(room, stream_index, /*is_video=*/false) {}
 
 LocalStream::~LocalStream() {
   close();
@@ -51,11 +53,23 @@ void LocalStream::update() {
     publisher_->setSound(nullptr);
     media_.giveBackSound(*this);
   }
+  sent_video_.set((published_ & kMediaStreamVideo) != 0, publisher_->videoBytes());
+  sent_sound_.set((published_ & kMediaStreamAudio) != 0, publisher_->soundBytes());
   if (is_new) publisher_->start();
+}
+
+void LocalStream::check() {
+  media_.check();
+  if (!connected_) return;
+  sent_video_.check(publisher_->videoBytes());
+  sent_sound_.check(publisher_->soundBytes());
 }
 
 void LocalStream::close() {
   retry_.reset();
+  connected_ = false;
+  sent_video_.set(false, 0);
+  sent_sound_.set(false, 0);
   publisher_.reset();
   video_ = nullptr;
   connection_ = {};
@@ -65,6 +79,9 @@ void LocalStream::close() {
 }
 
 void LocalStream::onPeerConnected() {
+  connected_ = true;
+  sent_video_.onConnected(publisher_->videoBytes());
+  sent_sound_.onConnected(publisher_->soundBytes());
   const Json extra = {{"published", published_}, {"is_screen", stream_index_ == kStreamIndexScreen}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStateOk,
                                      jsonText(extra).c_str());

@@ -8,6 +8,7 @@
 #include "rooms/connection_stats.h"
 #include "rooms/publisher.h"
 #include "rooms/room_context.h"
+#include "rooms/sent_flow.h"
 
 namespace corvane::rtc {
 
@@ -22,6 +23,8 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   /// MediaStreamType, 0 for nothing. Kept while there is no session.
   void setPublished(int32_t media);
   int32_t published() const { return published_; }
+  /// Several times a second: what has been sent and encoded for the first time.
+  void check();
 
   /// Null when the stay has ended, or is interrupted. The session must live until it is replaced.
   void setSession(RoomSession* session, bool loopback_only);
@@ -45,6 +48,9 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   LocalMedia& media_;
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
+  bool connected_ = false;
+  SentFlow sent_video_;
+  SentFlow sent_sound_;
   int32_t published_ = 0;
   // As they were when statistics were taken last.
   struct Counters {

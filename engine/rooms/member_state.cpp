@@ -27,6 +27,8 @@ bool isPair(const std::string& key, const ExtraInfo& info) {
 std::string writeMemberState(const MemberState& state) {
   Json json = {{"corvane", 1}, {"extra", state.extra_info}, {"published", state.published}};
   if (state.screen != 0) json["screen"] = state.screen;
+  if (state.capturing != 0) json["captures"] = state.capturing;
+  if (state.screen_captured) json["shares"] = true;
   if (!state.visible) json["visible"] = false;
   if (state.leaving) json["leaving"] = true;
   for (const auto& [key, info] : state.room_info) {
@@ -41,11 +43,14 @@ MemberState readMemberState(const std::string& text) {
   const Json json = parseJson(text);
   if (numberOf(json, "corvane") != 1) {
     state.published = kMediaStreamBoth;
+    state.capturing = kMediaStreamBoth;
     return state;
   }
   state.extra_info = textOf(json, "extra");
   state.published = static_cast<int32_t>(numberOf(json, "published")) & kMediaStreamBoth;
   state.screen = static_cast<int32_t>(numberOf(json, "screen")) & kMediaStreamBoth;
+  state.capturing = static_cast<int32_t>(numberOf(json, "captures")) & kMediaStreamBoth;
+  state.screen_captured = flagOf(json, "shares", false);
   state.visible = flagOf(json, "visible", true);
   state.leaving = flagOf(json, "leaving", false);
   state.place = readVoicePlace(memberOf(json, "place"));

@@ -22,6 +22,8 @@ struct MemberState {
   std::string extra_info;  ///< of the user
   int32_t published = 0;   ///< of camera and microphone: MediaStreamType
   int32_t screen = 0;      ///< likewise, of the screen
+  int32_t capturing = 0;   ///< of camera and microphone, whether published or not: MediaStreamType
+  bool screen_captured = false;
   bool visible = true;
   bool leaving = false;                        ///< the user leaves of its own will
   std::map<std::string, ExtraInfo> room_info;  ///< pairs that this member keeps for the room, by key

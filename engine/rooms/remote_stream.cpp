@@ -12,6 +12,7 @@ namespace corvane::rtc {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryPause(500);
+constexpr std::chrono::milliseconds kFrozen(1000);
 
 }  // namespace
 
@@ -22,6 +23,8 @@ RemoteStream::RemoteStream(RoomContext& room, std::string uid, int32_t stream_in
       sink_(room.sinks.find(room.room_id, uid_, stream_index)),
       snapshots_(room.snapshots.remoteStream(room.room_id, uid_, stream_index)),
       wanted_(wanted),
+      video_(room, key(), /*is_video=*/true),
+      sound_flow_(room, key(), /*is_video=*/false),
       sound_(room.sounds.add(room.room_id, uid_, stream_index)) {}
 
 RemoteStream::~RemoteStream() {
@@ -34,50 +37,76 @@ int32_t RemoteStream::available() const {
   return published_ & sent;
 }
 
+bool RemoteStream::isVideo(const std::string& mid) const {
+  return std::any_of(streams_.begin(), streams_.end(),
+                     [&mid](const FeedStream& stream) { return stream.mid == mid && stream.is_video; });
+}
+
 StreamKey RemoteStream::key() const {
   return {room_.room_id.c_str(), uid_.c_str(), stream_index_};
+}
+
+void RemoteStream::setMetaData(const std::string& text) {
+  video_.setMetaData(text);
+  sound_flow_.setMetaData(text);
 }
 
 void RemoteStream::update(RoomSession* session, bool loopback_only) {
   session_ = session;
   loopback_only_ = loopback_only;
-  const int32_t media = wanted_ & available();
-  if (session_ == nullptr || media == 0) return closeFeed(kRemoteVideoStateReasonRemoteMuted);
-  if (feed_ != nullptr && feed_->streams() != streams_) closeFeed(kRemoteVideoStateReasonInternal);
-  if (feed_ == nullptr) {
-    retry_.reset();
-    opening_ = std::make_shared<char>();
-    seen_size_ = {};
-    shown_seen_ = false;
-    sound_seen_ = false;
-    feed_ = std::make_unique<RemoteFeed>(room_.engine, *session_, uid_, stream_index_, streams_, loopback_only_, *this,
-                                         *this);
-    feed_->start();
-  }
+  const int32_t media = session_ != nullptr ? wanted_ & available() : 0;
+  follow(media & ~paused_);
+  if (feed_ != nullptr && (media == 0 || feed_->streams() != streams_)) closeFeed();
+  if (media == 0) return retry_.reset();
+  if (feed_ == nullptr) openFeed();
   feed_->setWanted(media & ~paused_);
 }
 
-void RemoteStream::suspend() {
-  streams_.clear();
-  session_ = nullptr;
-  closeFeed(kRemoteVideoStateReasonInternal);
+void RemoteStream::openFeed() {
+  retry_.reset();
+  opening_ = std::make_shared<char>();
+  seen_size_ = {};
+  picture_awaited_ = showing_awaited_ = sound_awaited_ = true;
+  feed_ = std::make_unique<RemoteFeed>(room_.engine, *session_, uid_, stream_index_, streams_, loopback_only_, *this,
+                                       *this);
+  feed_->start();
 }
 
-void RemoteStream::closeFeed(RemoteVideoStateChangeReason reason) {
+// Tells which media are to come from now on, or why they do not.
+void RemoteStream::follow(int32_t media) {
+  const auto reason = [this](int32_t medium) {
+    return (available() & medium) != 0 ? kRemoteVideoStateReasonLocalMuted : kRemoteVideoStateReasonRemoteMuted;
+  };
+  if ((media & kMediaStreamVideo) == 0) {
+    video_.end(reason(kMediaStreamVideo));
+  } else if (video_.begin()) {
+    picture_awaited_ = showing_awaited_ = true;
+  }
+  if ((media & kMediaStreamAudio) == 0) {
+    sound_flow_.end(reason(kMediaStreamAudio));
+  } else if (sound_flow_.begin()) {
+    sound_awaited_ = true;
+  }
+}
+
+void RemoteStream::suspend(RemoteFlow::Reason reason) {
+  streams_.clear();
+  session_ = nullptr;
+  video_.end(reason);
+  sound_flow_.end(reason);
+  closeFeed();
+}
+
+void RemoteStream::closeFeed() {
   retry_.reset();
   if (feed_ == nullptr) return;
   feed_.reset();
   opening_.reset();  // read by the feed's thread until it has ended
   reported_size_ = {};
+  rendered_told_ = sound_told_ = false;
+  checked_pictures_ = 0;
   connection_ = {};
   taken_ = {};
-  if (std::exchange(sounding_, false)) {
-    const auto sound_reason = static_cast<RemoteAudioStateChangeReason>(reason);
-    room_.engine.events->onRemoteAudioStateChanged(key(), kRemoteAudioStateStopped, sound_reason);
-  }
-  if (std::exchange(decoding_, false)) {
-    room_.engine.events->onRemoteVideoStateChanged(key(), kRemoteVideoStateStopped, reason);
-  }
 }
 
 void RemoteStream::reportSubscribed(SubscribeState state) {
@@ -97,53 +126,70 @@ void RemoteStream::onPeerConnected() {
 void RemoteStream::onPeerFailed(const std::string& reason) {
   room_.engine.log.warning("room %s: the %s of %s failed: %s", room_.room_id.c_str(), isScreen() ? "screen" : "feed",
                            uid_.c_str(), reason.c_str());
-  closeFeed(kRemoteVideoStateReasonInternal);
+  video_.end(kRemoteVideoStateReasonInternal);
+  sound_flow_.end(kRemoteVideoStateReasonInternal);
+  closeFeed();
   retry_ = room_.engine.thread.after(kRetryPause, [this] { update(session_, loopback_only_); });
   reportSubscribed(kSubscribeStateFailed);
 }
 
 void RemoteStream::onRemotePicture(const Picture& picture) {
   const Size size = {GST_VIDEO_INFO_WIDTH(&picture.info), GST_VIDEO_INFO_HEIGHT(&picture.info)};
+  if (picture_awaited_.load(std::memory_order_relaxed) && picture_awaited_.exchange(false)) {
+    room_.engine.thread.post(opening_, [this] { onFirstPicture(); });
+  }
   if (size != seen_size_) {
     seen_size_ = size;
     room_.engine.thread.post(opening_, [this, size] { onSize(size); });
   }
-  if (!shown_seen_ && sink_->attached()) {
-    shown_seen_ = true;
+  if (showing_awaited_.load(std::memory_order_relaxed) && sink_->attached() && showing_awaited_.exchange(false)) {
     room_.engine.thread.post(opening_, [this, size] { onShown(size); });
   }
   room_.snapshots.offer(*snapshots_, picture);
   sink_->deliver(picture);
 }
 
+void RemoteStream::onFirstPicture() {
+  last_picture_ = std::chrono::steady_clock::now();
+  video_.onFrame();
+}
+
 void RemoteStream::onSize(Size size) {
   const VideoFrameInfo info = {size.width, size.height, 0};
   const Size previous = std::exchange(reported_size_, size);
-  IRTCVideoEventHandler& events = *room_.engine.events;
-  if (!std::exchange(decoding_, true)) {
-    events.onRemoteVideoStateChanged(key(), kRemoteVideoStateDecoding, kRemoteVideoStateReasonInternal);
-    events.onFirstRemoteVideoFrameDecoded(key(), info);
-  } else if (size != previous) {
-    events.onRemoteVideoSizeChanged(key(), info);
-  }
+  if (previous == Size()) return room_.engine.events->onFirstRemoteVideoFrameDecoded(key(), info);
+  if (size != previous) room_.engine.events->onRemoteVideoSizeChanged(key(), info);
 }
 
 void RemoteStream::onShown(Size size) {
-  room_.engine.events->onFirstRemoteVideoFrameRendered(key(), {size.width, size.height, 0});
+  if (!std::exchange(rendered_told_, true)) {
+    room_.engine.events->onFirstRemoteVideoFrameRendered(key(), {size.width, size.height, 0});
+  }
+  video_.onPlayed();
+}
+
+void RemoteStream::check(bool capturing) {
+  if (feed_ == nullptr || !video_.comes()) return;
+  const auto now = std::chrono::steady_clock::now();
+  const int64_t pictures = feed_->counts().pictures;
+  if (pictures != checked_pictures_ || !capturing) {
+    checked_pictures_ = pictures;
+    last_picture_ = now;
+  }
+  video_.setFrozen(now - last_picture_ > kFrozen);
 }
 
 void RemoteStream::onRemoteSound(const SoundBlock& block) {
-  if (!sound_seen_) {
-    sound_seen_ = true;
+  if (sound_awaited_.load(std::memory_order_relaxed) && sound_awaited_.exchange(false)) {
     room_.engine.thread.post(opening_, [this] { onFirstSound(); });
   }
   sound_->push(block);
 }
 
 void RemoteStream::onFirstSound() {
-  sounding_ = true;
-  room_.engine.events->onRemoteAudioStateChanged(key(), kRemoteAudioStateDecoding, kRemoteAudioStateReasonInternal);
-  room_.engine.events->onFirstRemoteAudioFrame(key());
+  sound_flow_.onFrame();
+  if (!std::exchange(sound_told_, true)) room_.engine.events->onFirstRemoteAudioFrame(key());
+  sound_flow_.onPlayed();
 }
 
 void RemoteStream::setVolume(int32_t user, int32_t room) {
@@ -192,7 +238,7 @@ bool RemoteStream::takeStatistics(int32_t interval_ms, RemoteStreamStats& stats,
   sound.received_kbitrate = bitrate(sound_now.bytes - sound_before.bytes, interval_ms);
   sound.stats_interval = interval_ms;
   sound.jitter = sound_now.jitter_ms;
-  if (sounding_) {
+  if (sound_flow_.comes()) {
     sound.playout_sample_rate = kSoundRate;
     sound.received_sample_rate = kSoundRate;
     sound.dec_sample_rate = kSoundRate;

@@ -1,6 +1,8 @@
 // One of another user's streams: what the service has of it, what of that is wanted, and the feed over which it comes.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -9,6 +11,7 @@
 #include "playback/remote_sounds.h"
 #include "rooms/connection_stats.h"
 #include "rooms/remote_feed.h"
+#include "rooms/remote_flow.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {
@@ -22,10 +25,12 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   RemoteStream(const RemoteStream&) = delete;
   RemoteStream& operator=(const RemoteStream&) = delete;
 
+  bool isVideo(const std::string& mid) const;
   bool isScreen() const { return stream_index_ == kStreamIndexScreen; }
 
   /// What the user says that it publishes: MediaStreamType.
   void setPublished(int32_t media) { published_ = media; }
+  void setMetaData(const std::string& text);
   /// What the service has.
   void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
   void setWanted(int32_t media) { wanted_ = media; }
@@ -42,8 +47,11 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
 
   /// Opens, changes or closes the feed as all of the above now wants it.
   void update(RoomSession* session, bool loopback_only);
-  /// The connection to the service is gone; the stream may still be there.
-  void suspend();
+  /// The connection to the service is gone, where the stream may still be, or its user is.
+  void suspend(RemoteFlow::Reason reason);
+
+  /// Several times a second: whether pictures still come, where the user captures some.
+  void check(bool capturing);
 
   /// Percent, of this stream alone and of its room.
   void setVolume(int32_t user, int32_t room);
@@ -62,7 +70,9 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   };
 
   StreamKey key() const;
-  void closeFeed(RemoteVideoStateChangeReason reason);
+  void openFeed();
+  void closeFeed();
+  void follow(int32_t media);
   void reportSubscribed(SubscribeState state);
   void onSize(Size size);
   void onShown(Size size);
@@ -72,6 +82,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   void onRemotePicture(const Picture& picture) override;
   void onRemoteSound(const SoundBlock& block) override;
   void onFirstSound();
+  void onFirstPicture();
 
   RoomContext& room_;
   const std::string uid_;
@@ -85,14 +96,20 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   int32_t paused_ = 0;
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
-  bool decoding_ = false;
-  bool sounding_ = false;
+  RemoteFlow video_;
+  RemoteFlow sound_flow_;
   Size reported_size_;
+  bool rendered_told_ = false;
+  bool sound_told_ = false;
+  int64_t checked_pictures_ = 0;
+  std::chrono::steady_clock::time_point last_picture_;
   std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
   AttachedSource retry_;
-  Size seen_size_;           // the feed's own thread's, as is:
-  bool shown_seen_ = false;  // whether a sink was given one
-  bool sound_seen_ = false;  // the feed's sound thread's
+  Size seen_size_;  // the feed's own thread's
+  // Which firsts are to be told: set on the engine thread, cleared by the feed's.
+  std::atomic<bool> picture_awaited_ = false;
+  std::atomic<bool> showing_awaited_ = false;
+  std::atomic<bool> sound_awaited_ = false;
   const std::shared_ptr<RemoteSound> sound_;
 
   // As they were when statistics were taken last.

@@ -11,6 +11,7 @@ RemoteUser::RemoteUser(RoomContext& room, std::string uid, int32_t wanted)
 
 void RemoteUser::setState(MemberState state) {
   state_ = std::move(state);
+  for (RemoteStream& stream : streams_) stream.setMetaData(state_.extra_info);
   stream(kStreamIndexMain).setPublished(state_.visible ? state_.published : 0);
   stream(kStreamIndexScreen).setPublished(state_.visible ? state_.screen : 0);
 }
@@ -19,9 +20,9 @@ void RemoteUser::setPlace(const SoundPlace& place) {
   for (RemoteStream& stream : streams_) stream.setPlace(place);
 }
 
-void RemoteUser::suspend() {
+void RemoteUser::suspend(RemoteFlow::Reason reason) {
   present_ = false;
-  for (RemoteStream& stream : streams_) stream.suspend();
+  for (RemoteStream& stream : streams_) stream.suspend(reason);
 }
 
 void RemoteUser::update(RoomSession* session, bool loopback_only) {

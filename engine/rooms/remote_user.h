@@ -26,7 +26,7 @@ class RemoteUser final {
 
   /// False while the connection to the service is gone; the user may still be there.
   bool present() const { return present_; }
-  void suspend();
+  void suspend(RemoteFlow::Reason reason);
   void resume() { present_ = true; }
   /// Opens, changes or closes the feeds as everything now wants it.
   void update(RoomSession* session, bool loopback_only);

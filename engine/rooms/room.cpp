@@ -49,6 +49,7 @@ void Room::setHandler(IRTCRoomEventHandler* handler) {
 void Room::join(RoomJoin join) {
   join_ = std::move(join);
   context_.user_id = join_.user_id;
+  context_.user_extra_info = join_.extra_info;
   context_.engine.log.info("room %s: %s joins", context_.room_id.c_str(), join_.user_id.c_str());
   join_started_ = std::chrono::steady_clock::now();
   state_ = State::kJoining;
@@ -58,6 +59,7 @@ void Room::join(RoomJoin join) {
   own_ = {};
   own_.extra_info = join_.extra_info;
   own_.visible = visible_;
+  setCapturing(capturing_);
   own_.published = join_.auto_publish && visible_ ? kMediaStreamBoth : 0;
   own_.place = space_.own();
   room_info_.clear();
@@ -90,7 +92,7 @@ void Room::drop() {
   report_.stop();
   for (LocalStream& stream : local_) stream.setSession(nullptr, false);
   messages_.setSession(nullptr, false);
-  for (auto& [id, entry] : users_) entry.user->suspend();
+  for (auto& [id, entry] : users_) entry.user->suspend(kRemoteVideoStateReasonInternal);
   session_.reset();
 }
 
@@ -204,10 +206,20 @@ void Room::onMemberStreams(const std::string& member, int32_t stream_index, cons
   refresh(found->second);
 }
 
-void Room::onMemberLeft(const std::string& member) {
+void Room::onMemberLeft(const std::string& member, bool put_out) {
   const auto found = users_.find(member);
   if (found == users_.end()) return;
+  if (put_out) return remove(member, kUserLeaveReasonKickedOut);
   remove(member, found->second.user->state().leaving ? kUserLeaveReasonQuit : kUserLeaveReasonDropped);
+}
+
+void Room::onMemberModerated(const std::string& member, int32_t stream_index, const std::string& mid, bool banned) {
+  const auto found = users_.find(member);
+  const bool known = found != users_.end();
+  if (!known && member != join_.user_id) return;
+  const bool is_video = known ? found->second.user->stream(stream_index).isVideo(mid) : mid.starts_with("video");
+  if (is_video) return context_.events->onVideoStreamBanned(member.c_str(), banned);
+  context_.events->onAudioStreamBanned(member.c_str(), banned);
 }
 
 void Room::refresh(Entry& entry) {
@@ -218,8 +230,25 @@ void Room::refresh(Entry& entry) {
   if (!entry.announced) announce(entry);
   if (!entry.announced || user.state().leaving) return;
   if (!user.state().visible) return hide(entry);
+  tellCapturing(entry);
   for (RemoteStream& stream : user.streams()) {
     tellPublished(stream, user.uid(), stream.available(), kStreamRemoveReasonUnpublish);
+  }
+}
+
+void Room::tellCapturing(Entry& entry) {
+  const int32_t now = entry.user->state().capturing;
+  const int32_t changed = std::exchange(entry.capturing, now) ^ now;
+  IRTCVideoEventHandler& events = *context_.engine.events;
+  const char* room = context_.room_id.c_str();
+  const char* uid = entry.user->uid().c_str();
+  if ((changed & kMediaStreamVideo) != 0) {
+    (now & kMediaStreamVideo) != 0 ? events.onUserStartVideoCapture(room, uid)
+                                   : events.onUserStopVideoCapture(room, uid);
+  }
+  if ((changed & kMediaStreamAudio) != 0) {
+    (now & kMediaStreamAudio) != 0 ? events.onUserStartAudioCapture(room, uid)
+                                   : events.onUserStopAudioCapture(room, uid);
   }
 }
 
@@ -239,28 +268,36 @@ void Room::announce(Entry& entry) {
   const RemoteUser& user = *entry.user;
   const bool due = std::chrono::steady_clock::now() - entry.known_since > kMessagesDue;
   if (!user.state().visible || user.state().leaving || !(messages_.reaches(user.uid()) || due)) return;
+  tellJoined(entry);
+}
+
+void Room::tellJoined(Entry& entry) {
   entry.announced = true;
-  const UserInfo info = {user.uid().c_str(), user.state().extra_info.c_str()};
+  const UserInfo info = {entry.user->uid().c_str(), entry.user->state().extra_info.c_str()};
   context_.events->onUserJoined(info, millisecondsSince(joined_at_));
 }
 
 void Room::hide(Entry& entry) {
   const std::string& uid = entry.user->uid();
   entry.announced = false;
+  entry.capturing = 0;
   for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, kStreamRemoveReasonUnpublish);
   context_.events->onUserLeave(uid.c_str(), kUserLeaveReasonInvisible);
 }
 
 void Room::remove(const std::string& user, UserLeaveReason reason) {
   const auto found = users_.find(user);
-  const Entry entry = std::move(found->second);
+  Entry entry = std::move(found->second);
   users_.erase(found);
-  entry.user->suspend();
+  entry.user->suspend(kRemoteVideoStateReasonRemoteOffline);
   adoptRoomInfo(entry.user->state());
+  // Who leaves before messages reach it has been there all the same.
+  if (!entry.announced && entry.user->state().visible) tellJoined(entry);
   if (!entry.announced) return;
   const std::string& uid = entry.user->uid();
-  const StreamRemoveReason ended =
-      reason == kUserLeaveReasonDropped ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish;
+  StreamRemoveReason ended = kStreamRemoveReasonUnpublish;
+  if (reason == kUserLeaveReasonDropped) ended = kStreamRemoveReasonConnectionLost;
+  if (reason == kUserLeaveReasonKickedOut) ended = kStreamRemoveReasonKickedOut;
   for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, ended);
   context_.events->onUserLeave(uid.c_str(), reason);
 }
@@ -269,7 +306,11 @@ void Room::checkLater() {
   check_ = context_.engine.thread.after(kCheckPause, [this] {
     const auto now = std::chrono::steady_clock::now();
     std::vector<std::string> gone;
+    for (LocalStream& stream : local_) stream.check();
     for (auto& [id, entry] : users_) {
+      const MemberState& state = entry.user->state();
+      entry.user->stream(kStreamIndexMain).check((state.capturing & kMediaStreamVideo) != 0);
+      entry.user->stream(kStreamIndexScreen).check(state.screen_captured);
       if (!entry.announced && entry.user->present()) refresh(entry);
       if (!entry.user->present() && now - entry.known_since > kReturnDue) gone.push_back(id);
     }
@@ -395,6 +436,13 @@ void Room::tellPlace() {
     place_pause_.reset();
     tellPlace();
   });
+}
+
+void Room::setCapturing(const std::array<int32_t, 2>& media) {
+  capturing_ = media;
+  own_.capturing = capturing_[kStreamIndexMain];
+  own_.screen_captured = capturing_[kStreamIndexScreen] != 0;
+  if (state_ == State::kIn) tellState();
 }
 
 void Room::setVisible(bool visible) {

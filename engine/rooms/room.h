@@ -65,6 +65,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
 
   // Of the local user and the room.
 
+  /// What the local user captures: MediaStreamType, by StreamIndex.
+  void setCapturing(const std::array<int32_t, 2>& media);
   /// Before the room is joined, too: it is joined invisible then.
   void setVisible(bool visible);
   /// Reported under `task`.
@@ -84,6 +86,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   struct Entry {
     std::unique_ptr<RemoteUser> user;
     bool announced = false;
+    int32_t capturing = 0;  // MediaStreamType
     std::chrono::steady_clock::time_point known_since;
   };
 
@@ -97,6 +100,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void setPublished(int32_t stream_index, int32_t media);
   void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
   void applyVolume(RemoteUser& user);
+  void tellCapturing(Entry& entry);
   void tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason);
   int32_t tryExtraInfo(const std::string& key, const std::string& value);
   // Pairs of the room whose keeper has left are kept by the first of those who stay.
@@ -105,6 +109,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   Entry& entryOf(const std::string& user);
   void refresh(Entry& entry);
   void announce(Entry& entry);
+  void tellJoined(Entry& entry);
   void hide(Entry& entry);
   void remove(const std::string& user, UserLeaveReason reason);
   void checkLater();
@@ -115,7 +120,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void onMemberState(const std::string& member, const std::string& state) override;
   void onMemberStreams(const std::string& member, int32_t stream_index,
                        const std::vector<FeedStream>& streams) override;
-  void onMemberLeft(const std::string& member) override;
+  void onMemberModerated(const std::string& member, int32_t stream_index, const std::string& mid, bool banned) override;
+  void onMemberLeft(const std::string& member, bool put_out) override;
   void onRemoved(bool room_ended, const std::string& reason) override;
   void onLost() override;
   void onReachableChanged() override;
@@ -129,6 +135,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   RoomJoin join_;
   bool was_in_ = false;  // since join()
   bool visible_ = true;  // as the application wants it
+  std::array<int32_t, 2> capturing_ = {};
   int32_t room_volume_ = 100;
   std::map<std::pair<std::string, int32_t>, int32_t> volumes_;  // by user and stream, where not 100
   RoomSpace space_;

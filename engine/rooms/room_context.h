@@ -24,6 +24,7 @@ struct RoomContext {
   RemoteSounds& sounds;
   const std::string room_id;
   std::string user_id;           ///< of the stay; "" before the first
+  std::string user_extra_info;   ///< likewise
   IRTCRoomEventHandler* events;  ///< the application's, or one that does nothing
 };
 

@@ -9,7 +9,7 @@
 
 #include "corvane_rtc/room_statistics.h"
 #include "rooms/connection_stats.h"
-#include "rooms/processor_load.h"
+#include "core/processor_load.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {

@@ -46,15 +46,24 @@ void Rooms::makeKeyAhead() {
 
 Rooms::~Rooms() {
   if (key_maker_.joinable()) key_maker_.join();
+  machine_.reset();
   rooms_.clear();
   services_.clear();
 }
 
 void Rooms::create(const std::string& id) {
   makeKeyAhead();
+  if (machine_ == nullptr) machine_ = std::make_unique<MachineReport>(context_);
   rooms_[id] = std::make_shared<Room>(
-      RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", nullptr}, serviceOf(id));
+      RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", "", nullptr}, serviceOf(id));
+  rooms_[id]->setCapturing(capturing_);
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
+}
+
+void Rooms::setCapturing(int32_t stream_index, int32_t media, bool captures) {
+  int32_t& known = capturing_[static_cast<size_t>(stream_index)];
+  known = captures ? known | media : known & ~media;
+  for (const auto& [id, room] : rooms_) room->setCapturing(capturing_);
 }
 
 std::shared_ptr<Room> Rooms::find(const std::string& id) const {
@@ -64,6 +73,7 @@ std::shared_ptr<Room> Rooms::find(const std::string& id) const {
 
 void Rooms::destroy(const std::string& id) {
   rooms_.erase(id);
+  if (rooms_.empty()) machine_.reset();
 }
 
 Service& Rooms::serviceOf(const std::string& room_id) {

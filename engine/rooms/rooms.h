@@ -1,6 +1,7 @@
 // All rooms of one engine, and the services they are held on.
 #pragma once
 
+#include <array>
 #include <map>
 #include <memory>
 #include <string>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "core/engine_context.h"
+#include "core/machine_report.h"
 #include "media/local_media.h"
 #include "media/remote_sinks.h"
 #include "rooms/room.h"
@@ -30,6 +32,8 @@ class Rooms final : public Service::Listener {
   /// Null when there is none.
   std::shared_ptr<Room> find(const std::string& id) const;
   void destroy(const std::string& id);
+  /// Whether one of the local streams is captured now.
+  void setCapturing(int32_t stream_index, int32_t media, bool captures);
   /// Of a StreamIndex.
   LocalMedia& media(int32_t stream_index) { return stream_index == kStreamIndexScreen ? *screen_ : *camera_; }
 
@@ -44,11 +48,13 @@ class Rooms final : public Service::Listener {
   RemoteSounds& sounds_;
   const std::unique_ptr<LocalMedia> camera_;
   const std::unique_ptr<LocalMedia> screen_;
+  std::array<int32_t, 2> capturing_ = {};  // MediaStreamType, by StreamIndex
   const std::vector<std::string> addresses_;
   std::thread key_maker_;
   std::map<std::string, std::unique_ptr<Service>> services_;  // by address
   std::map<std::string, bool> was_up_;                        // likewise
   std::map<std::string, std::shared_ptr<Room>> rooms_;
+  std::unique_ptr<MachineReport> machine_;  // while there are rooms
 };
 
 }  // namespace corvane::rtc

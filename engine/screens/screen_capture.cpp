@@ -89,6 +89,7 @@ void ScreenCapture::reportDevice(MediaDeviceState state, MediaDeviceError error)
 
 void ScreenCapture::reportStream(LocalVideoStreamState state, LocalVideoStreamError error) {
   stream_reported_ = state == kLocalVideoStreamStateRecording;
+  context_.on_capturing(kStreamIndexScreen, kMediaStreamVideo, stream_reported_);
   context_.events->onLocalVideoStateChanged(kStreamIndexScreen, state, error);
 }
 

@@ -138,9 +138,16 @@ void JanusRoom::onMember(const Json& member) {
   listener_.onMemberJoined(id, textOf(member, "display"));
 }
 
-void JanusRoom::onLeft(const std::string& id) {
+void JanusRoom::onLeft(const std::string& id, bool put_out) {
   if (isScreenId(id)) return tellStreams(id, {});
-  if (members_.erase(id) > 0) listener_.onMemberLeft(id);
+  if (members_.erase(id) > 0) listener_.onMemberLeft(id, put_out);
+}
+
+void JanusRoom::onModerated(const std::string& id, const std::string& mid, bool banned) {
+  const bool is_screen = isScreenId(id);
+  const std::string member = is_screen ? memberOfScreen(id) : id;
+  if (member != request_.member_id && !members_.contains(member)) return;
+  listener_.onMemberModerated(member, is_screen ? kStreamIndexScreen : kStreamIndexMain, mid, banned);
 }
 
 void JanusRoom::remove(bool room_ended, const std::string& reason) {
@@ -180,12 +187,15 @@ void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
     if (members_.contains(id)) listener_.onMemberState(id, textOf(data, "display"));
     return;
   }
+  if (const std::string change = textOf(data, "moderation"); !change.empty()) {
+    return onModerated(textOf(data, "id"), textOf(data, "mid"), change == "muted");
+  }
   if (const std::string id = textOf(data, "unpublished"); !id.empty()) return tellStreams(id, {});
   if (const std::string id = textOf(data, "kicked"); !id.empty()) {
-    return id == request_.member_id ? remove(/*room_ended=*/false, kPutOut) : onLeft(id);
+    return id == request_.member_id ? remove(/*room_ended=*/false, kPutOut) : onLeft(id, /*put_out=*/true);
   }
   if (const std::string id = textOf(data, "leaving"); !id.empty()) {
-    return textOf(data, "reason") == "kicked" ? remove(/*room_ended=*/false, kPutOut) : onLeft(id);
+    return textOf(data, "reason") == "kicked" ? remove(/*room_ended=*/false, kPutOut) : onLeft(id, /*put_out=*/false);
   }
 }
 

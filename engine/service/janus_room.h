@@ -32,7 +32,8 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   void join();
   void onJoined(const Json& data);
   void onMember(const Json& member);
-  void onLeft(const std::string& id);
+  void onLeft(const std::string& id, bool put_out);
+  void onModerated(const std::string& id, const std::string& mid, bool banned);
   void onPublishers(const Json& publishers);
   void tellStreams(const std::string& id, const std::vector<FeedStream>& streams);
   void remove(bool room_ended, const std::string& reason);

@@ -94,7 +94,10 @@ class RoomSession {
     /// All that the member sends now in one of its two streams, a StreamIndex; nothing when it has stopped.
     virtual void onMemberStreams(const std::string& member, int32_t stream_index,
                                  const std::vector<FeedStream>& streams) = 0;
-    virtual void onMemberLeft(const std::string& member) = 0;
+    /// An administrator lets nothing of a medium through, or lets it through again. Also of this member.
+    virtual void onMemberModerated(const std::string& member, int32_t stream_index, const std::string& mid,
+                                   bool banned) = 0;
+    virtual void onMemberLeft(const std::string& member, bool put_out) = 0;
     /// The service has put this member out, or has ended the room.
     virtual void onRemoved(bool room_ended, const std::string& reason) = 0;
     /// The connection to the service is gone, and with it the stay.

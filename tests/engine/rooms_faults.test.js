@@ -135,13 +135,30 @@ function administrate(body) {
 test('a room with a word to it is joined with that word, and can be ended from outside', async () => {
   const guest = participant('guest');
   await guest.join('hall');
-  const room = administrate({ request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true });
+  const room = administrate({ request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true, videocodec: 'h264,vp8' });
   assert.strictEqual(room.videoroom, 'created');
   const wrong = await guest.join('locked', { token: 'open barley' });
   assert.strictEqual(wrong.state, -2);
   assert.strictEqual(await guest.call('locked', 'sendRoomMessage', 'x'), -3);
   assert.strictEqual((await guest.join('locked', { token: 'open sesame' })).state, 0);
   const from = guest.events.length;
+
+  // An administrator lets no sound of a user's through, then puts the user out.
+  const rowdy = participant('rowdy');
+  await rowdy.join('locked', { token: 'open sesame' });
+  await rowdy.call('locked', 'publishStream', 3);
+  await guest.waitFor('onUserPublishStream');
+  for (const mute of [true, false]) {
+    administrate({ request: 'moderate', room: 'locked', id: 'rowdy', mid: 'audio0', mute });
+    for (const user of [guest, rowdy]) await user.waitFor('onAudioStreamBanned', ({ uid, banned }) => uid === 'rowdy' && banned === mute);
+  }
+  assert.deepStrictEqual(guest.of('onVideoStreamBanned'), []);
+  administrate({ request: 'kick', room: 'locked', id: 'rowdy' });
+  await rowdy.waitFor('onRoomStateChanged', ({ state }) => state === -5);
+  assert.deepStrictEqual(await guest.waitFor('onUserLeave'), { uid: 'rowdy', reason: 3 });
+  assert.deepStrictEqual(guest.of('onUserUnpublishStream'), [{ uid: 'rowdy', type: 3, reason: 4 }]);
+  await rowdy.end();
+
   assert.strictEqual(administrate({ request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
   const { room_id } = await guest.waitFor('onRoomStateChanged', ({ state }) => state === -6, from);
   assert.strictEqual(room_id, 'locked');

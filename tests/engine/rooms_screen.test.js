@@ -60,6 +60,18 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
   assert.deepStrictEqual(shown.info, { width: 324, height: 202, rotation: 0 });
   assert.strictEqual(receiver.of('onFirstRemoteVideoFrameDecoded', ofScreen).length, 1);
 
+  // What is sent and shown for the first time is told of each medium, with the user's extra information.
+  const states = (user, type) => user.of(type).map(({ user: { user_id, meta_data }, state }) => [user_id, meta_data, state]);
+  await sender.waitFor('onScreenVideoFrameSendStateChanged', ({ state }) => state === 1);
+  await sender.waitFor('onLocalVideoStateChanged', ({ streamIndex, state }) => streamIndex === 1 && state === 2);
+  for (const kind of ['Screen', '']) {
+    const sent = ['sender', 'extra of sender'];
+    assert.deepStrictEqual(states(sender, `on${kind}VideoFrameSendStateChanged`), [[...sent, 0], [...sent, 1]]);
+    assert.deepStrictEqual(states(receiver, `on${kind}VideoFramePlayStateChanged`), [[...sent, 0], [...sent, 1]]);
+  }
+  assert.deepStrictEqual(sender.of('onAudioFrameSendStateChanged'), []);
+  assert.deepStrictEqual(receiver.of('onUserStartVideoCapture'), [{ user_id: 'sender', room_id: 'desk' }]);
+
   const counted = ({ is_screen, video_stats }) => is_screen && video_stats.is_screen && video_stats.codec_type !== 0;
   const received = await receiver.waitFor('onRemoteStreamStats', (each) => counted(each) && each.video_stats.width === 324);
   assert.strictEqual(received.uid, 'sender');
@@ -84,7 +96,8 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
   assert.strictEqual((await picky.frames('desk', 'sender', 3, 1)).frames, 3);
   assert.deepStrictEqual(picky.of('onFirstRemoteVideoFrameDecoded', ({ key }) => key.stream_index === 0), []);
   assert.strictEqual(await picky.call('desk', 'unsubscribeScreen', 'sender', 3), 0);
-  await picky.waitFor('onRemoteVideoStateChanged', ({ key, state }) => ofScreen({ key }) && state === 0);
+  const stopped = await picky.waitFor('onRemoteVideoStateChanged', ({ key, state }) => ofScreen({ key }) && state === 0);
+  assert.strictEqual(stopped.reason, 3, 'by whom it is received');
   for (const user of [receiver, picky]) {
     const names = user.of('onUserJoined').map(({ user_info }) => user_info.uid);
     assert.ok(names.every((name) => ['sender', 'receiver', 'picky'].includes(name)), 'a screen is no user');
@@ -95,6 +108,8 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
   await receiver.waitFor('onRemoteVideoSizeChanged', ({ key, info }) => ofScreen({ key }) && info.width === 160);
   assert.strictEqual(await sender.call('desk', 'unpublishScreen', 2), 0);
   assert.deepStrictEqual(await receiver.waitFor('onUserUnpublishScreen'), { uid: 'sender', type: 2, reason: 0 });
+  const ended = await receiver.waitFor('onRemoteVideoStateChanged', ({ key, state }) => ofScreen({ key }) && state === 0);
+  assert.strictEqual(ended.reason, 5, 'by whom it is sent');
   assert.strictEqual((await receiver.frames('desk', 'sender')).frames, 10, 'the camera goes on');
   assert.deepStrictEqual(receiver.of('onUserUnpublishStream'), []);
 });

@@ -122,6 +122,10 @@ class Participant {
     return this.#ended;
   }
 
+  signal(name) {
+    this.#child.kill(name);
+  }
+
   /** Ends it as a power cut would. */
   async kill() {
     this.#child.kill('SIGKILL');

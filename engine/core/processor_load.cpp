@@ -1,4 +1,4 @@
-#include "rooms/processor_load.h"
+#include "core/processor_load.h"
 
 #include <algorithm>
 #include <array>
