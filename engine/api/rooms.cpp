@@ -45,8 +45,7 @@ IVideoDeviceManager* RtcVideo::getVideoDeviceManager() {
 }
 
 IAudioMixingManager* RtcVideo::getAudioMixingManager() {
-  notSupported(__func__);
-  return nullptr;
+  return &players_.mixing();
 }
 
 IVideoEffect* RtcVideo::getVideoEffectInterface() {
@@ -64,13 +63,11 @@ ISingScoringManager* RtcVideo::getSingScoringManager() {
 }
 
 IAudioEffectPlayer* RtcVideo::getAudioEffectPlayer() {
-  notSupported(__func__);
-  return nullptr;
+  return &players_.effects();
 }
 
-IMediaPlayer* RtcVideo::getMediaPlayer(int32_t /*player_id*/) {
-  notSupported(__func__);
-  return nullptr;
+IMediaPlayer* RtcVideo::getMediaPlayer(int32_t player_id) {
+  return &players_.mediaPlayer(player_id);
 }
 
 // Engine-wide settings.

@@ -68,6 +68,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
 RtcVideo::~RtcVideo() {
   door_->close();
   context_.thread.finish([this] {
+    players_.shutDown();
     rooms_.reset();
     recordings_.end();
     screen_capture_.reset();

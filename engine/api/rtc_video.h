@@ -39,6 +39,7 @@
 #include "playback/played_sound.h"
 #include "playback/remote_sounds.h"
 #include "playback/speaker.h"
+#include "players/players.h"
 #include "recording/recordings.h"
 #include "rooms/rooms.h"
 #include "screens/screen_capture.h"
@@ -254,6 +255,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   SoundMixer playback_;  // what rooms and players play
   PlayedSound played_sound_;
   EarMonitor ear_monitor_{captured_sound_.taps(), playback_};
+  Players players_{context_, playback_, sent_sound_};
   RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;

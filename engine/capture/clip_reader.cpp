@@ -1,20 +1,16 @@
 #include "capture/clip_reader.h"
 
-#include <gst/pbutils/pbutils.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <string_view>
-#include <thread>
 #include <utility>
+
+#include "media/decoding.h"
 
 namespace corvane::rtc {
 
 namespace {
-
-// A camera has to leave most of the machine to everything else; two threads decode 1080p at 60 on one made in 2015.
-constexpr int kDecoderThreads = 2;
 
 std::string_view kindOf(const GstCaps* caps) {
   return gst_structure_get_name(gst_caps_get_structure(caps, 0));
@@ -24,40 +20,6 @@ std::string_view kindOf(const GstCaps* caps) {
 gboolean leadsToPicture(GstElement*, GstPad*, GstCaps* caps, gpointer) {
   const std::string_view kind = kindOf(caps);
   return !kind.starts_with("audio/") && !kind.starts_with("text/") && !kind.starts_with("subpicture/");
-}
-
-gboolean leadsToSound(GstElement*, GstPad*, GstCaps* caps, gpointer) {
-  const GstPbUtilsCapsDescriptionFlags about = gst_pb_utils_get_caps_description_flags(caps);
-  const int other = GST_PBUTILS_CAPS_DESCRIPTION_FLAG_VIDEO | GST_PBUTILS_CAPS_DESCRIPTION_FLAG_IMAGE |
-                    GST_PBUTILS_CAPS_DESCRIPTION_FLAG_SUBTITLE;
-  return (about & GST_PBUTILS_CAPS_DESCRIPTION_FLAG_CONTAINER) != 0 || (about & other) == 0;
-}
-
-// The decoder drops errors of an element that it is still setting up. An element that reads the file by itself may have
-// failed by then, with nobody to hear of it, so that it is made to wait a little before it reads. Should that once not
-// be enough, the capture still notices that nothing comes.
-void delayReading(GstElement* element) {
-  GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr || !gst_element_factory_list_is_type(factory, GST_ELEMENT_FACTORY_TYPE_DEMUXER)) return;
-  const GstPtr<GstPad> pad(gst_element_get_static_pad(element, "sink"));
-  if (pad == nullptr) return;
-  const auto wait_once = +[](GstPad* reading, GstPadProbeInfo*, gpointer) {
-    if (gst_pad_get_task_state(reading) != GST_TASK_STARTED) return GST_PAD_PROBE_OK;  // a look ahead
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return GST_PAD_PROBE_REMOVE;
-  };
-  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_PULL, wait_once, nullptr, nullptr);
-}
-
-// Decoders use as many threads as there are processors unless told otherwise, each by a property of its own.
-void limitThreads(GstElement* element) {
-  GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr || !gst_element_factory_list_is_type(factory, GST_ELEMENT_FACTORY_TYPE_DECODER)) return;
-  for (const char* name : {"max-threads", "n-threads", "threads"}) {
-    if (g_object_class_find_property(G_OBJECT_GET_CLASS(element), name) != nullptr) {
-      g_object_set(element, name, kDecoderThreads, nullptr);
-    }
-  }
 }
 
 }  // namespace
@@ -78,10 +40,7 @@ std::optional<CaptureFault> ClipReader::build(Pipeline& pipeline, GstElement* ta
   const auto stream_added =
       +[](GstElement*, GstPad* pad, gpointer self) { static_cast<ClipReader*>(self)->onStream(pad); };
   const auto streams_known = +[](GstElement*, gpointer self) { static_cast<ClipReader*>(self)->onStreamsKnown(); };
-  const auto element_added = +[](GstBin*, GstBin*, GstElement* element, gpointer) {
-    delayReading(element);
-    limitThreads(element);
-  };
+  const auto element_added = +[](GstBin*, GstBin*, GstElement* element, gpointer) { prepareDecoding(element); };
   g_signal_connect(decoder, "autoplug-continue",
                    stream_ == Stream::kPicture ? G_CALLBACK(leadsToPicture) : G_CALLBACK(leadsToSound), nullptr);
   g_signal_connect(decoder, "pad-added", G_CALLBACK(stream_added), this);

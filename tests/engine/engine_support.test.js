@@ -14,6 +14,7 @@ const { endProcessAfterTests } = require('../module/support/process_end.js');
 const { Samples } = require('../package/support/samples.js');
 const { methodsOf } = require('../package/support/typings.js');
 const { startDisplay, windowWithIcon } = require('./support/display.js');
+const { writeWave } = require('./support/waves.js');
 
 const kNotSupported = -1001;
 const page = path.join(__dirname, '../../docs/engine-support.md');
@@ -129,6 +130,85 @@ const fitting = {
   updateRemotePosition: ['someone', headPlace],
 };
 
+/** A second of silence. */
+const wave = path.join(logFolder, 'silence.wav');
+writeWave(wave, 1000, () => 0);
+const mixing = { type: 0, play_count: -1, position: 0, callback_on_progress_interval: 0, sync_progress_to_record_frame: false };
+const effect = { type: 0, play_count: -1, pitch: 0, start_pos: 0 };
+const media = (autoPlay) => ({
+  ...{ type: 0, play_count: -1, start_pos: 0, callback_on_progress_interval: '0' },
+  ...{ sync_progress_to_record_frame: false, auto_play: autoPlay },
+});
+
+const fittingMixing = {
+  startAudioMixing: [1, wave, mixing],
+  setAudioMixingVolume: [1, 50, 0],
+  setAudioMixingPosition: [1, 500],
+  preloadAudioMixing: [1, wave],
+  setAudioMixingDualMonoMode: [1, 1],
+  setAudioMixingPitch: [1, 2],
+  setAudioMixingPlaybackSpeed: [1, 50],
+  setAudioMixingLoudness: [1, -20],
+  setAudioMixingProgressInterval: [1, 100],
+  selectAudioTrack: [1, 0],
+};
+for (const name of ['stop', 'pause', 'resume', 'unload']) fittingMixing[`${name}AudioMixing`] = [1];
+for (const name of ['Duration', 'CurrentPosition', 'PlaybackDuration']) fittingMixing[`getAudioMixing${name}`] = [1];
+Object.assign(fitting, fittingMixing, { getAudioTrackCount: [1] });
+
+const fittingEffects = {
+  start: [1, '', effect],
+  preload: [1, wave],
+  setPosition: [1, 500],
+  setVolume: [1, 50],
+  setVolumeAll: [50],
+};
+for (const name of ['stop', 'unload', 'pause', 'resume', 'getPosition', 'getVolume', 'getDuration']) fittingEffects[name] = [1];
+
+const fittingMedia = {
+  open: [wave, media(false)],
+  openWithCustomSource: [{ mode: 0, type: 0 }, media(true)],
+  setVolume: [50, 0],
+  getVolume: [0],
+  setAudioPitch: [1],
+  setPosition: [500],
+  setAudioDualMonoMode: [1],
+  selectAudioTrack: [0],
+  setPlaybackSpeed: [50],
+  setProgressInterval: ['100'],
+  setLoudness: [-20],
+  pushExternalAudioFrame: [sound],
+};
+
+/** What the engine does on threads of its own is waited for: until `value()` is no failure. */
+function waitUntilThere(value) {
+  for (let round = 0; value() < 0 && round < 5000; ++round) Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 2);
+}
+
+/** Sound that plays, for the operations on it; one that pauses, to be resumed. */
+function prepareMixing(video, method) {
+  if (!/AudioMixing|AudioTrack/.test(method)) return;
+  video.unloadAudioMixing(1);
+  if (method === 'unloadAudioMixing') video.preloadAudioMixing(1, wave);
+  video.startAudioMixing(1, wave, mixing);
+  waitUntilThere(() => video.getAudioMixingDuration(1));
+  if (method === 'resumeAudioMixing') video.pauseAudioMixing(1);
+}
+
+function prepareEffect(player, method) {
+  player.preload(1, wave);
+  player.start(1, '', effect);
+  waitUntilThere(() => player.getDuration(1));
+  if (method === 'resume') player.pause(1);
+}
+
+function prepareMedia(player, method) {
+  if (method === 'pushExternalAudioFrame') return player.openWithCustomSource({ mode: 0, type: 0 }, media(true));
+  player.open(wave, media(method !== 'start'));
+  waitUntilThere(() => player.getTotalDuration());
+  if (method === 'resume') player.pause();
+}
+
 /** Operations that the engine's own log tells to be missing. Each is told once, so this is asked when all were called. */
 function refusedByEngine() {
   const files = fs.readdirSync(logFolder).filter((name) => name.includes('_corvane_rtc_'));
@@ -149,13 +229,13 @@ const pluginMethods = ['enableVideoPlugin', 'setPluginParameter', 'unregisterPlu
 const order = (method) => pluginMethods.indexOf(method);
 
 /** `prepare` runs before each call. */
-function callAll(className, object, prepare = () => {}) {
+function callAll(className, object, prepare = () => {}, fits = fitting) {
   const samples = new Samples();
   const found = {};
   const methods = [...methodsOf(className)].sort(([a], [b]) => order(a) - order(b));
   for (const [method, [signature]] of methods) {
     if (skipped.includes(method)) continue;
-    const given = fitting[method];
+    const given = fits[method];
     const args = (typeof given === 'function' ? given(object) : given) ?? samples.argumentsOf(signature).map(([, value]) => value);
     prepare(method);
     const before = readLog(logFolder).length;
@@ -181,7 +261,7 @@ test('the page tells of every method what the embedded engine makes of it', () =
   sdk.setLogConfig({ log_path: logFolder, log_level: -1, log_file_size: 10, log_filename_prefix: 'test' });
   const video = new sdk.xoRTCVideo();
   const found = { 'xoRTCVideo.createRTCVideo': `done: ${video.createRTCVideo('app-id', () => {}, parameters)}` };
-  Object.assign(found, callAll('xoRTCVideo', video));
+  Object.assign(found, callAll('xoRTCVideo', video, (method) => prepareMixing(video, method)));
   const room = new sdk.xoRTCRoom('room', () => {});
   // Most of a room's operations want to be in it; one that has been joined is not joined again.
   const join = (method) => {
@@ -189,8 +269,10 @@ test('the page tells of every method what the embedded engine makes of it', () =
     else room.joinRoom('', { uid: 'user', extra_info: '' }, roomConfig);
   };
   Object.assign(found, callAll('xoRTCRoom', room, join));
-  Object.assign(found, callAll('xoRTCAudioEffectPlayer', new sdk.xoRTCAudioEffectPlayer(() => {})));
-  Object.assign(found, callAll('xoRTCMediaPlayer', new sdk.xoRTCMediaPlayer(0, () => {})));
+  const effects = new sdk.xoRTCAudioEffectPlayer(() => {});
+  const player = new sdk.xoRTCMediaPlayer(0, () => {});
+  Object.assign(found, callAll('xoRTCAudioEffectPlayer', effects, (method) => prepareEffect(effects, method), fittingEffects));
+  Object.assign(found, callAll('xoRTCMediaPlayer', player, (method) => prepareMedia(player, method), fittingMedia));
   found['xoRTCRoom.destroy'] = `done: ${room.destroy()}`;
   found['xoRTCVideo.destroyRTCVideo'] = `done: ${video.destroyRTCVideo()}`;
 

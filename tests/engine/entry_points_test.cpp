@@ -108,7 +108,6 @@ TEST_F(EntryPointsTest, RefusesLogsThatCannotBe) {
 
 TEST_F(EntryPointsTest, AnswersForWhatItLacks) {
   EXPECT_EQ(engine->getKTVManager(), nullptr);
-  EXPECT_EQ(engine->getMediaPlayer(0), nullptr);
   EXPECT_EQ(engine->getScreenCaptureSourceList(), nullptr);
   EXPECT_EQ(engine->getNetworkTimeInfo(), 0);
   EXPECT_EQ(engine->sendServerMessage("m"), rtc::kNotSupported);
