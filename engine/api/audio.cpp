@@ -27,15 +27,6 @@ constexpr std::array<SoundEncoding, kAudioProfileHDMono + 1> kAudioProfiles = {{
 
 }  // namespace
 
-int32_t RtcVideo::notTheMicrophone(int32_t stream_index, const char* operation) {
-  return stream_index == kStreamIndexScreen ? notSupported(operation) : kInvalidParameter;
-}
-
-int32_t RtcVideo::noFrames(int32_t method, const char* operation) {
-  const bool is_known = method >= kAudioFrameMethodRecord && method <= kAudioFrameMethodRecordScreen;
-  return is_known ? notSupported(operation) : kInvalidParameter;
-}
-
 void RtcVideo::onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) {
   const bool is_microphone = kind == AudioDeviceKind::kMicrophone;
   context_.thread.post([this, is_microphone, id] {
@@ -74,7 +65,11 @@ int32_t RtcVideo::stopAudioCapture() {
 }
 
 int32_t RtcVideo::muteAudioCapture(int32_t stream_index, bool mute) {
-  if (stream_index != kStreamIndexMain) return notTheMicrophone(stream_index, __func__);
+  if (stream_index == kStreamIndexScreen) {
+    screen_sound_.setMuted(mute);
+    return kSuccess;
+  }
+  if (stream_index != kStreamIndexMain) return kInvalidParameter;
   if (!captured_sound_.setMuted(mute)) return kSuccess;
   context_.thread.post([this, mute] {
     context_.events->onLocalAudioStateChanged(mute ? kLocalAudioStreamStateMuted : kLocalAudioStreamStateUnmuted,
@@ -85,8 +80,14 @@ int32_t RtcVideo::muteAudioCapture(int32_t stream_index, bool mute) {
 
 int32_t RtcVideo::setCaptureVolume(int32_t stream_index, int32_t volume) {
   if (volume < 0 || volume > kMaxVolume) return kInvalidParameter;
-  if (stream_index != kStreamIndexMain) return notTheMicrophone(stream_index, __func__);
-  captured_sound_.setGain(static_cast<float>(volume) / kUnchangedVolume);
+  const float gain = static_cast<float>(volume) / kUnchangedVolume;
+  if (stream_index == kStreamIndexScreen) {
+    screen_sound_.setGain(gain);
+  } else if (stream_index == kStreamIndexMain) {
+    captured_sound_.setGain(gain);
+  } else {
+    return kInvalidParameter;
+  }
   return kSuccess;
 }
 
@@ -198,8 +199,10 @@ int32_t RtcVideo::enableAudioFrameCallback(int32_t method, const AudioFormat& fo
       return played_sound_.enableMixedObserver(format);
     case kAudioFrameMethodRemoteUser:
       return remote_sounds_.enableObserver(format);
+    case kAudioFrameMethodRecordScreen:
+      return screen_sound_.enableObserver(format);
     default:
-      return noFrames(method, __func__);
+      return kInvalidParameter;
   }
 }
 
@@ -217,8 +220,11 @@ int32_t RtcVideo::disableAudioFrameCallback(int32_t method) {
     case kAudioFrameMethodRemoteUser:
       remote_sounds_.disableObserver();
       return kSuccess;
+    case kAudioFrameMethodRecordScreen:
+      screen_sound_.disableObserver();
+      return kSuccess;
     default:
-      return noFrames(method, __func__);
+      return kInvalidParameter;
   }
 }
 
@@ -235,10 +241,10 @@ int32_t RtcVideo::enableAudioProcessor(int32_t method, const AudioFormat& format
       return played_sound_.enableProcessor(format);
     case kAudioFrameMethodRemoteUser:
       return remote_sounds_.enableProcessor(format);
-    case kAudioFrameMethodMixed:
-      return kInvalidParameter;
+    case kAudioFrameMethodRecordScreen:
+      return screen_sound_.enableProcessor(format);
     default:
-      return noFrames(method, __func__);
+      return kInvalidParameter;
   }
 }
 
@@ -253,10 +259,11 @@ int32_t RtcVideo::disableAudioProcessor(int32_t method) {
     case kAudioFrameMethodRemoteUser:
       remote_sounds_.disableProcessor();
       return kSuccess;
-    case kAudioFrameMethodMixed:
-      return kInvalidParameter;
+    case kAudioFrameMethodRecordScreen:
+      screen_sound_.disableProcessor();
+      return kSuccess;
     default:
-      return noFrames(method, __func__);
+      return kInvalidParameter;
   }
 }
 

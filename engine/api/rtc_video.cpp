@@ -43,6 +43,8 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_, pushed_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_, remote_sounds_);
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
+    screen_sound_capture_ = std::make_unique<ScreenSoundCapture>(context_, sound_devices_, parameters_.screen_sound,
+                                                                 screen_sound_, sent_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);
     rooms_ = std::make_unique<Rooms>(
         context_, std::make_unique<LocalMedia>(context_, kStreamIndexMain, local_video_.taps(), sent_sound_.taps()),
@@ -61,6 +63,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     sound_devices_.start(have_gstreamer, [this] {
       audio_capture_->onDevicesChanged();
       speaker_->onDevicesChanged();
+      screen_sound_capture_->onDevicesChanged();
     });
   });
 }
@@ -72,6 +75,7 @@ RtcVideo::~RtcVideo() {
     rooms_.reset();
     recordings_.end();
     screen_capture_.reset();
+    screen_sound_capture_.reset();
     zoom_.reset();
     speaker_.reset();
     audio_report_.reset();

@@ -18,6 +18,8 @@
 #include "capture/captured_sound.h"
 #include "capture/pushed_pictures.h"
 #include "capture/pushed_sound.h"
+#include "capture/screen_sound.h"
+#include "capture/screen_sound_capture.h"
 #include "capture/video_capture.h"
 #include "core/engine_context.h"
 #include "core/parameters.h"
@@ -228,9 +230,6 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
  private:
   void onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) override;
   void onAudioDeviceVolume(AudioDeviceKind kind, int32_t volume, bool muted) override;
-  // What operations answer for a stream other than the microphone's, or a kind of sound that has no frames.
-  int32_t notTheMicrophone(int32_t stream_index, const char* operation);
-  int32_t noFrames(int32_t method, const char* operation);
   /// Tells the log why there is nothing of the screen. Returns the fault's status.
   int32_t refuseScreen(const char* operation, const CaptureFault& fault);
 
@@ -243,7 +242,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   PushedQueue pushed_video_;
   VideoSinkSlot screen_sink_;
   PictureTaps screen_taps_;
-  SoundTaps screen_sound_taps_;  // who publishes the screen's sound; nobody captures it yet
+  SoundTaps screen_sound_taps_;  // who publishes or records the screen's sound
   ScreenQuery screen_query_;
   std::atomic<bool> screen_started_ = false;  // the application's, whatever became of it
   CameraList cameras_;
@@ -251,6 +250,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   SoundHooks sound_hooks_;
   PushedSound pushed_sound_;
   CapturedSound captured_sound_;
+  ScreenSound screen_sound_{sound_hooks_, screen_sound_taps_};
   SentSound sent_sound_{captured_sound_.taps()};
   SoundMixer playback_;  // what rooms and players play
   PlayedSound played_sound_;
@@ -259,12 +259,14 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
   AudioDeviceManager audio_devices_;
-  Recordings recordings_{
-      context_, {local_video_.taps(), screen_taps_, sent_sound_.taps(), captured_sound_.taps(), playback_.taps()}};
+  Recordings recordings_{context_,
+                         {local_video_.taps(), screen_taps_, sent_sound_.taps(), screen_sound_taps_,
+                          captured_sound_.taps(), playback_.taps()}};
 
   // The engine thread's.
   std::unique_ptr<VideoCapture> video_capture_;
   std::unique_ptr<ScreenCapture> screen_capture_;
+  std::unique_ptr<ScreenSoundCapture> screen_sound_capture_;
   std::unique_ptr<DigitalZoom> zoom_;
   std::unique_ptr<AudioCapture> audio_capture_;
   std::unique_ptr<AudioReport> audio_report_;

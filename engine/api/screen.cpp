@@ -1,8 +1,10 @@
 // The screen as a source, recordings and snapshots.
 #include <limits>
+#include <variant>
 
 #include "api/rtc_room.h"
 #include "api/rtc_video.h"
+#include "devices/audio_device_id.h"
 
 namespace corvane::rtc {
 
@@ -127,7 +129,11 @@ int32_t RtcVideo::stopScreenVideoCapture() {
 }
 
 int32_t RtcVideo::startScreenAudioCapture() {
-  return notSupported(__func__);
+  const bool is_source = parameters_.screen_sound.empty() ||
+                         !std::holds_alternative<std::monostate>(parseMicrophoneId(parameters_.screen_sound));
+  if (!is_source) return kInvalidParameter;
+  context_.thread.post([this] { screen_sound_capture_->start(); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::startMacScreenAudioCapture(const char* /*device_id*/) {
@@ -135,22 +141,26 @@ int32_t RtcVideo::startMacScreenAudioCapture(const char* /*device_id*/) {
 }
 
 int32_t RtcVideo::stopScreenAudioCapture() {
-  return notSupported(__func__);
+  context_.thread.post([this] { screen_sound_capture_->stop(); });
+  return kSuccess;
 }
 
-int32_t RtcVideo::setScreenAudioStreamIndex(int32_t /*stream_index*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setScreenAudioStreamIndex(int32_t stream_index) {
+  if (stream_index != kStreamIndexMain && stream_index != kStreamIndexScreen) return kInvalidParameter;
+  context_.thread.post([this, stream_index] { screen_sound_capture_->setStream(stream_index); });
+  return kSuccess;
 }
 
-int32_t RtcVideo::setScreenAudioChannel(int32_t /*channel*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::setScreenAudioChannel(int32_t channel) {
+  if (channel < 1 || channel > kMaxSoundChannels) return kInvalidParameter;
+  screen_sound_.setChannels(channel);
+  return kSuccess;
 }
 
 // Recording and snapshots.
 
 int32_t RtcVideo::startFileRecording(int32_t stream_index, const RecordingConfig& config, int32_t recording_type) {
-  const int32_t status = recordings_.startFile(stream_index, config, recording_type);
-  return status == kNotSupported ? notSupported(__func__) : status;
+  return recordings_.startFile(stream_index, config, recording_type);
 }
 
 int32_t RtcVideo::stopFileRecording(int32_t stream_index) {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "capture/sound_pump.h"
 #include "corvane_rtc/audio_frame.h"
 #include "media/hook_path.h"
 #include "media/sound_block.h"
@@ -17,7 +18,7 @@
 namespace corvane::rtc {
 
 /// Any thread, but for deliver(). Outlives what captures and what is attached to taps().
-class CapturedSound {
+class CapturedSound final : public SoundReceiver {
  public:
   /// `hooks`: the engine's, and outlives this.
   explicit CapturedSound(SoundHooks& hooks) : hooks_(hooks) {}
@@ -45,7 +46,7 @@ class CapturedSound {
   SoundTaps& taps() { return taps_; }
 
   /// Takes one block of one channel, and may change it. On the capture's thread; none but one at a time.
-  void deliver(SoundBlock& block);
+  void deliver(SoundBlock& block) override;
 
  private:
   SoundHooks& hooks_;

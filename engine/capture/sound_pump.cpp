@@ -22,7 +22,7 @@ int64_t nowUs() {
 
 }  // namespace
 
-SoundPump::SoundPump(SoundQueue& queue, CapturedSound& sound, bool paced, SoundPumpEvents events)
+SoundPump::SoundPump(SoundQueue& queue, SoundReceiver& sound, bool paced, SoundPumpEvents events)
     : queue_(queue), sound_(sound), paced_(paced), events_(std::move(events)) {
   thread_ = std::jthread([this](const std::stop_token& stop) {
     nameThread("sound-capture");

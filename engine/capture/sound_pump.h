@@ -8,8 +8,8 @@
 #include <stop_token>
 #include <thread>
 
-#include "capture/captured_sound.h"
 #include "capture/sound_queue.h"
+#include "media/sound_block.h"
 
 namespace corvane::rtc {
 
@@ -20,11 +20,21 @@ struct SoundPumpEvents {
   std::function<void()> silence;
 };
 
+/// What becomes of captured sound.
+class SoundReceiver {
+ public:
+  /// Takes one block of the queue's channels, and may change it. On the pump's thread.
+  virtual void deliver(SoundBlock& block) = 0;
+
+ protected:
+  ~SoundReceiver() = default;
+};
+
 /// Runs while it lives.
 class SoundPump {
  public:
   /// `paced`: sound is queued ahead of its time and goes on by the clock; else it goes on as it comes.
-  SoundPump(SoundQueue& queue, CapturedSound& sound, bool paced, SoundPumpEvents events);
+  SoundPump(SoundQueue& queue, SoundReceiver& sound, bool paced, SoundPumpEvents events);
   /// Returns when no call is on its way.
   ~SoundPump();
   SoundPump(const SoundPump&) = delete;
@@ -37,7 +47,7 @@ class SoundPump {
   void watchForSilence(const SoundBlock& block);
 
   SoundQueue& queue_;
-  CapturedSound& sound_;
+  SoundReceiver& sound_;
   const bool paced_;
   const SoundPumpEvents events_;
   int64_t next_us_ = 0;  // when the next block is due, or what its time is at least

@@ -15,10 +15,12 @@
 
 namespace corvane::rtc {
 
-/// One channel of samples at 48 kHz, in the order in which they came. One thread at each end.
+/// Samples of one or two channels at 48 kHz, in the order in which they came. One thread at each end.
 class SoundQueue {
  public:
-  SoundQueue();
+  explicit SoundQueue(int32_t channels = 1);
+
+  int32_t channels() const { return channels_; }
 
   /// Waits for room: a clip is decoded ahead of its time, no further than the queue is long. False when stopped.
   bool pushWhenRoom(std::span<const int16_t> samples, const std::stop_token& stop);
@@ -30,16 +32,18 @@ class SoundQueue {
   /// Drops what waits.
   void clear();
 
-  /// Waits for a whole block of one channel and gives it the time of its first sample. False when stopped.
+  /// Waits for a whole block and gives it the time of its first sample. False when stopped.
   bool pop(SoundBlock& block, const std::stop_token& stop);
 
  private:
   // Half a second: what plays on while a clip is wound back to its start.
-  static constexpr size_t kCapacity = kSoundRate / 2;
+  static constexpr size_t kCapacity = kSoundRate / 2;  // of one channel
 
   void write(std::span<const int16_t> samples);
   size_t stored() const { return static_cast<size_t>(written_ - read_); }
 
+  const int32_t channels_;
+  const size_t capacity_;
   std::mutex mutex_;
   std::condition_variable_any changed_;
   std::vector<int16_t> ring_;

@@ -102,7 +102,7 @@ GstElement* SoundSource::addConversion() {
   if (convert == nullptr || resample == nullptr) return nullptr;
   const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", "layout",
                                                  G_TYPE_STRING, "interleaved", "rate", G_TYPE_INT, kSoundRate,
-                                                 "channels", G_TYPE_INT, 1, nullptr));
+                                                 "channels", G_TYPE_INT, queue_.channels(), nullptr));
   gst_element_link(convert, resample);
   gst_element_link_filtered(resample, end(), caps.get());
   return convert;

@@ -43,6 +43,11 @@ EngineParameters readParameters(std::string_view json_text, std::string& problem
   }
   readIds(json, "cameras", parameters.cameras, problem);
   readIds(json, "microphones", parameters.microphones, problem);
+  if (const auto sound = json.find("screen_sound"); sound != json.end()) {
+    const auto* id = sound->get_ptr<const std::string*>();
+    if (id != nullptr) parameters.screen_sound = *id;
+    if (id == nullptr) problem = "\"screen_sound\" is not a text";
+  }
   if (const auto service = json.find("service"); service != json.end()) {
     const auto add = [&](const Json& address) {
       const auto* url = address.get_ptr<const std::string*>();

@@ -12,6 +12,8 @@ struct EngineParameters {
   std::vector<std::string> cameras;
   /// "microphones": the same for microphones.
   std::vector<std::string> microphones;
+  /// "screen_sound": a microphone's id that stands for what the machine plays. None takes the default speaker's.
+  std::string screen_sound;
   /// "service": an address ("ws://host:port") or a list of them, on which rooms are spread by their ids. None stands
   /// for the private service of this machine. What is no address keeps its place in the list: elsewhere the same rooms
   /// are held on the services after it. Joining a room on it fails.

@@ -48,7 +48,9 @@ const Encoder kPictureEncoders[] = {
 };
 
 const Encoder kSoundEncoders[] = {
-    {"avenc_aac", [](GstElement* encoder, int bit) { g_object_set(encoder, "bitrate", bit, nullptr); }},
+    // Left alone it codes middle and side only: of what one channel has, the other gets half.
+    {"avenc_aac",
+     [](GstElement* encoder, int bit) { g_object_set(encoder, "bitrate", bit, "aac-ms", FALSE, nullptr); }},
     {"voaacenc", [](GstElement* encoder, int bit) { g_object_set(encoder, "bitrate", bit, nullptr); }},
 };
 

@@ -78,9 +78,7 @@ int32_t Recordings::startFile(int32_t stream_index, const RecordingConfig& confi
   Request request = {stream_index == kStreamIndexMain ? kMain : kScreen, type, {}, config.dir_path, {}};
   request.settings.format = config.file_type == kRecordingFileTypeMP4 ? FileFormat::kMp4 : FileFormat::kAac;
   if (type != kRecordingTypeVideoOnly) {
-    // The screen's sound is not captured.
-    if (request.place == kScreen) return kNotSupported;
-    request.sounds = {&streams_.sent};
+    request.sounds = {request.place == kScreen ? &streams_.screen_sound : &streams_.sent};
   }
   return start(std::move(request));
 }

@@ -20,6 +20,7 @@ struct RecordedStreams {
   PictureTaps& camera;
   PictureTaps& screen;
   SoundTaps& sent;  ///< with the camera
+  SoundTaps& screen_sound;
   SoundTaps& microphone;
   SoundTaps& playback;
 };

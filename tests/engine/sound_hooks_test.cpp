@@ -119,7 +119,6 @@ TEST_F(SoundHooksTest, RefusesShapesAndSoundThatItDoesNotHave) {
     }
     EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodMixed, format), rtc::kInvalidParameter);
   }
-  EXPECT_EQ(engine->enableAudioFrameCallback(rtc::kAudioFrameMethodRecordScreen, {}), rtc::kNotSupported);
   EXPECT_EQ(engine->enableAudioProcessor(rtc::kAudioFrameMethodMixed, {}), rtc::kInvalidParameter);
   EXPECT_EQ(engine->disableAudioProcessor(rtc::kAudioFrameMethodMixed), rtc::kInvalidParameter);
   EXPECT_EQ(engine->enableAudioFrameCallback(5, {}), rtc::kInvalidParameter);

@@ -42,8 +42,10 @@ void EventRecorder::onLocalVideoSizeChanged(int32_t index, const rtc::VideoFrame
 
 void EventRecorder::onAudioDeviceStateChanged(const char* device_id, int32_t device_type, int32_t device_state,
                                               int32_t device_error) {
-  add((device_type == rtc::kAudioDeviceTypeCapture ? "microphone " : "speaker ") + std::string(device_id) + " " +
-      std::to_string(device_state) + " " + std::to_string(device_error));
+  const char* kind = "speaker ";
+  if (device_type == rtc::kAudioDeviceTypeCapture) kind = "microphone ";
+  if (device_type == rtc::kAudioDeviceTypeScreenCapture) kind = "screen-sound ";
+  add(kind + std::string(device_id) + " " + std::to_string(device_state) + " " + std::to_string(device_error));
 }
 
 void EventRecorder::onAudioDeviceWarning(const char* device_id, int32_t device_type, int32_t device_warning) {
