@@ -24,12 +24,12 @@ class Member {
   #failed;
   #onMessage;
 
-  /** `file`: the member's script, from this folder; `onMessage` takes all that it tells. */
-  constructor(file, options, onMessage = () => {}) {
+  /** `file`: the member's script, from this folder; `onMessage` takes all that it tells; `environment`: more for it. */
+  constructor(file, options, onMessage = () => {}, environment = {}) {
     fs.mkdirSync(options.logFolder, { recursive: true });
     this.#onMessage = onMessage;
     this.#child = fork(path.resolve(__dirname, file), [JSON.stringify(options)], {
-      stdio: ['ignore', 'ignore', 'inherit', 'ipc'], serialization: 'advanced',
+      stdio: ['ignore', 'ignore', 'inherit', 'ipc'], serialization: 'advanced', env: { ...process.env, ...environment },
     });
     this.failure = new Promise((_, reject) => {
       this.#failed = reject;
@@ -71,10 +71,12 @@ class Member {
 /**
  * Holds a call and resolves to what it was like. `camera`: an id of a camera; `size`: { width, height, frame_rate } to
  * take from it, its own when absent; `sound`: send a microphone too;
- * `rate`: pushed pictures a second, the camera's when absent; `sheet`: { count, width, height } of the pictures to keep; `onProgress` is told once a second how it goes. Rejects with NoService when no
+ * `rate`: pushed pictures a second, the camera's when absent; `sheet`: { count, width, height } of the pictures to keep; `onProgress` is told once a second how it goes; `environments`: more of it for the members, { sender, receiver }. Rejects with NoService when no
  * service holds the room.
  */
-async function holdCall({ camera, size, sound, rate, service, seconds, logFolder, sheet, onProgress = () => {} }) {
+async function holdCall({
+  camera, size, sound, rate, service, seconds, logFolder, sheet, onProgress = () => {}, environments = {},
+}) {
   const roomId = `demo ${randomUUID()}`;
   const messages = { sent: 0, received: 0 };
   const count = ({ message, progress }) => {
@@ -83,8 +85,8 @@ async function holdCall({ camera, size, sound, rate, service, seconds, logFolder
   };
   const options = (name) => ({ name, roomId, service, sheet, logFolder: path.join(logFolder, name) });
   let started = 0;
-  const sender = new Member(senderScript, options('sender'), count);
-  const receiver = new Member('call_receiver.js', options('receiver'), count);
+  const sender = new Member(senderScript, options('sender'), count, environments.sender);
+  const receiver = new Member('call_receiver.js', options('receiver'), count, environments.receiver);
   const failures = [sender.failure, receiver.failure];
   /** Waits, but neither for a member that has failed nor for ever. */
   const step = async (what, member, name) => {
@@ -120,9 +122,9 @@ async function holdCall({ camera, size, sound, rate, service, seconds, logFolder
     // Every message sent to all is answered.
     while (messages.received < messages.sent && performance.now() < end) await pause(20);
     receiver.send('finish');
-    const { pictures, camera_fps, cpu: receiver_cpu, ...seen } = await step('ending', receiver, 'summary');
+    const { pictures, camera_fps, cpu: receiver_cpu, stall_ms: receiver_stall_ms, ...seen } = await step('ending', receiver, 'summary');
     sender.send('finish');
-    const { cpu: sender_cpu, pushed, fps: pushed_fps } = await step('ending', sender, 'summary');
+    const { cpu: sender_cpu, stall_ms: sender_stall_ms, pushed, fps: pushed_fps, sent_kbps } = await step('ending', sender, 'summary');
     return {
       pictures,
       call: {
@@ -130,6 +132,7 @@ async function holdCall({ camera, size, sound, rate, service, seconds, logFolder
         remote_fps: camera_fps, sent_fps: source.fps, pushed, pushed_fps, ...seen,
         messages_sent: messages.sent, messages_received: messages.received,
         sender_cpu_percent: sender_cpu, receiver_cpu_percent: receiver_cpu,
+        sender_stall_ms, receiver_stall_ms, sent_kbps,
       },
     };
   } finally {

@@ -2,6 +2,7 @@
 // What the two processes of the demo's call share: an engine, a room, and the talk with the parent. A parent's message
 // names one of the member's commands; what a command cannot do is told as { error, service }, and ends the process.
 
+const { monitorEventLoopDelay } = require('node:perf_hooks');
 const sdk = require('..');
 
 const joined = 0;
@@ -123,14 +124,20 @@ class RateCounter {
   }
 }
 
-/** Per cent of a core that this process uses between two calls of the result. */
-function startCpuMeter() {
+/**
+ * The result tells of the time since: `cpu`, per cent of a core that this process used; `stall_ms`, for how long at most
+ * nothing else could run in JavaScript.
+ */
+function startMeter() {
   const usage = process.cpuUsage();
   const start = performance.now();
+  const delays = monitorEventLoopDelay({ resolution: 1 });
+  delays.enable();
   return () => {
     const { user, system } = process.cpuUsage(usage);
-    return (user + system) / 10 / (performance.now() - start);
+    delays.disable();
+    return { cpu: (user + system) / 10 / (performance.now() - start), stall_ms: delays.max / 1e6 };
   };
 }
 
-module.exports = { CallMember, RateCounter, startCpuMeter, describe, reasonOf };
+module.exports = { CallMember, RateCounter, startMeter, describe, reasonOf };

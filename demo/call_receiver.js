@@ -2,7 +2,7 @@
 // The demo's call, the side that sees: it counts the pictures that reach its own buffer, reads the times in those that
 // carry one, keeps some for the contact sheet, and answers every message.
 
-const { CallMember, RateCounter, startCpuMeter } = require('./call_member');
+const { CallMember, RateCounter, startMeter } = require('./call_member');
 const { shrink } = require('./contact_sheet');
 const { clock, readStamp } = require('./stamp');
 
@@ -19,12 +19,14 @@ const whole = new RateCounter();
 const unstamped = new RateCounter();
 let stamped;
 let lastStamp;
+let lastStampAt;
+let longestGap = 0;
 const delays = [];
 const pictures = [];
 let pictureDue = Infinity;
 let pictureGap = 0;
 let audioRate = null;
-let measureCpu = () => 0;
+let measure = () => {};
 
 const member = new CallMember(options, {
   frames(group) {
@@ -66,6 +68,9 @@ function onPicture(frame) {
     if (delay < longestDelay && stamp !== lastStamp) {
       delays.push(delay / 1000);
       lastStamp = stamp;
+      const now = performance.now();
+      longestGap = Math.max(longestGap, now - (lastStampAt ?? now));
+      lastStampAt = now;
     }
   }
   if (pictures.length < sheet.count && performance.now() >= pictureDue) {
@@ -100,14 +105,15 @@ member.serve({
   },
   stamp() {
     stamped = new RateCounter();
-    measureCpu = startCpuMeter();
+    measure = startMeter();
   },
   finish() {
     member.end({
       summary: {
         remote_frames: whole.count, remote_width: size.width, remote_height: size.height,
         camera_fps: unstamped.fps, stamped_fps: stamped?.fps ?? 0, latency_samples: delays.length,
-        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), remote_audio_kbps: audioRate, cpu: measureCpu(), pictures,
+        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), remote_audio_kbps: audioRate, longest_gap_ms: longestGap,
+        ...measure(), pictures,
       },
     });
   },

@@ -3,7 +3,7 @@
 // from JavaScript with the time of their pushing drawn into each. Its microphone is heard all along, where sound is asked
 // for. A message a second goes to all.
 
-const { CallMember, RateCounter, startCpuMeter, describe, reasonOf } = require('./call_member');
+const { CallMember, RateCounter, startMeter, describe, reasonOf } = require('./call_member');
 const { Microphone } = require('./microphone');
 const { clock, drawStamp } = require('./stamp');
 
@@ -21,7 +21,8 @@ const gaps = [];
 let lastTimestamp;
 const pushed = new RateCounter();
 let microphone;
-let measureCpu = () => 0;
+let measure = () => {};
+let sent;
 
 const member = new CallMember(options, {
   frames(group) {
@@ -40,6 +41,9 @@ const member = new CallMember(options, {
   onError(event) {
     const { err } = event;
     if (!microphone?.take({ Type: 'onError', Object: event })) member.fail(`the camera failed: ${describe(err)}`);
+  },
+  onLocalStreamStats({ video_stats }) {
+    sent = video_stats.sent_kbitrate;
   },
   onUserMessageReceived() {
     member.tell({ message: 'received' });
@@ -109,7 +113,7 @@ member.serve({
   stamp({ rate }) {
     member.check('stopVideoCapture', video.stopVideoCapture());
     member.check('setVideoSourceType', video.setVideoSourceType(0, external));
-    measureCpu = startCpuMeter();
+    measure = startMeter();
     pushPictures(rate);
   },
   hush() {
@@ -117,6 +121,6 @@ member.serve({
     member.tell({ hushed: true });
   },
   finish() {
-    member.end({ summary: { cpu: measureCpu(), pushed: pushed.count, fps: pushed.fps } });
+    member.end({ summary: { ...measure(), sent_kbps: sent, pushed: pushed.count, fps: pushed.fps } });
   },
 });

@@ -19,7 +19,7 @@ const seconds = 20;
 const rate = 30;
 const sizes = [
   { width: 640, height: 360, latency: 25 },
-  { width: 1280, height: 720, latency: 60, sender: 60, receiver: 20 },
+  { width: 1280, height: 720, latency: 60, sender: 60, receiver: 20, stall: 10 },
 ];
 
 const most = { kind: 'most', ratio: 1 };
@@ -59,7 +59,7 @@ module.exports = async function roomCalls() {
     atMost(`joining to the first picture, median of ${joins}`, median(times), joinLimit, 'ms'),
     figure(`joining to the first picture, slowest of ${joins}`, Math.max(...times), 'ms'),
   ];
-  for (const { width, height, latency, sender, receiver } of sizes) {
+  for (const { width, height, latency, sender, receiver, stall } of sizes) {
     const { call } = await holdCall({
       camera, rate, seconds, logFolder, size: { width, height, frame_rate: rate },
       sheet: { count: 0, width: 16, height: 9 },
@@ -80,6 +80,8 @@ module.exports = async function roomCalls() {
     row('latency, 95 % below', call.latency_p95_ms, latency, 'ms');
     row('sender, of a core', call.sender_cpu_percent, sender, '%');
     row('receiver, of a core', call.receiver_cpu_percent, receiver, '%');
+    row('longest stall of JavaScript, sender', call.sender_stall_ms, undefined, 'ms');
+    row('longest stall of JavaScript, receiver', call.receiver_stall_ms, stall, 'ms');
   }
   return rows;
 };

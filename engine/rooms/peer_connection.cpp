@@ -17,8 +17,8 @@ namespace {
 // What a lost packet may take to be sent again, at a second or third try if need be. Pictures that arrive whole and in
 // order are not held back.
 constexpr guint kJitterBufferMs = 200;
-// Lost packets are asked for at once rather than at the next regular report.
-constexpr guint64 kReportInterval = 100 * GST_MSECOND;
+// Between two regular reports there is one chance to ask for what was lost, and one to ask again.
+constexpr guint64 kReportInterval = 30 * GST_MSECOND;
 
 struct FreeDescription {
   void operator()(GstWebRTCSessionDescription* description) const { gst_webrtc_session_description_free(description); }
