@@ -41,7 +41,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     video_capture_ = std::make_unique<VideoCapture>(context_, cameras_, local_video_, pushed_video_);
     zoom_ = std::make_unique<DigitalZoom>(context_.thread, local_video_);
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_, pushed_sound_);
-    audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_, remote_sounds_);
+    audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_.taps(), sent_sound_.taps(), remote_sounds_);
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
     screen_sound_capture_ = std::make_unique<ScreenSoundCapture>(context_, sound_devices_, parameters_.screen_sound,
                                                                  screen_sound_, sent_sound_);

@@ -24,8 +24,8 @@ bool isAudioPropertiesConfig(const AudioPropertiesConfig& config) {
   return config.interval >= kShortestInterval && known_modes && smooths;
 }
 
-AudioReport::AudioReport(EngineContext& context, CapturedSound& microphone, RemoteSounds& remote)
-    : context_(context), microphone_(microphone), remote_(remote) {}
+AudioReport::AudioReport(EngineContext& context, SoundTaps& microphone, SoundTaps& sent, RemoteSounds& remote)
+    : context_(context), microphone_(microphone), sent_(sent), remote_(remote) {}
 
 AudioReport::~AudioReport() {
   stop();
@@ -37,7 +37,8 @@ void AudioReport::configure(const AudioPropertiesConfig& config) {
   if (config.interval <= 0) return;
   meter_.emplace(
       SoundMeterSettings{config.enable_spectrum, config.enable_vad, config.enable_voice_pitch, config.smooth});
-  microphone_.taps().add(*meter_);
+  measured_ = config.local_main_report_mode == kLocalMainReportMixed ? &sent_ : &microphone_;
+  measured_->add(*meter_);
   remote_.measure(SoundMeterSettings{config.enable_spectrum, config.enable_vad, false, config.smooth});
   due_ = std::chrono::steady_clock::now();
   scheduleNext();
@@ -46,7 +47,7 @@ void AudioReport::configure(const AudioPropertiesConfig& config) {
 void AudioReport::stop() {
   timer_.reset();
   if (!meter_) return;
-  microphone_.taps().remove(*meter_);
+  measured_->remove(*meter_);
   remote_.measure(std::nullopt);
   meter_.reset();
 }

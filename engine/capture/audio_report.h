@@ -6,10 +6,10 @@
 #include <optional>
 #include <vector>
 
-#include "capture/captured_sound.h"
 #include "core/engine_context.h"
 #include "corvane_rtc/audio_config.h"
 #include "media/sound_meter.h"
+#include "media/sound_taps.h"
 #include "playback/active_speakers.h"
 #include "playback/remote_sounds.h"
 
@@ -21,7 +21,8 @@ bool isAudioPropertiesConfig(const AudioPropertiesConfig& config);
 /// Engine thread only.
 class AudioReport {
  public:
-  AudioReport(EngineContext& context, CapturedSound& microphone, RemoteSounds& remote);
+  /// `sent`: what rooms are sent, with everything that is added to the microphone.
+  AudioReport(EngineContext& context, SoundTaps& microphone, SoundTaps& sent, RemoteSounds& remote);
   ~AudioReport();
   AudioReport(const AudioReport&) = delete;
   AudioReport& operator=(const AudioReport&) = delete;
@@ -37,10 +38,12 @@ class AudioReport {
   void reportRemote();
 
   EngineContext& context_;
-  CapturedSound& microphone_;
+  SoundTaps& microphone_;
+  SoundTaps& sent_;
   RemoteSounds& remote_;
   AudioPropertiesConfig config_ = {};
-  std::optional<SoundMeter> meter_;  // attached to the microphone's sound while reports run
+  SoundTaps* measured_ = nullptr;    // one of the two
+  std::optional<SoundMeter> meter_;  // attached to that while reports run
   std::vector<RemoteAudioPropertiesInfo> heard_;
   ActiveSpeakers active_speakers_;
   std::chrono::steady_clock::time_point due_;
