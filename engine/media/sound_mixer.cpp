@@ -6,6 +6,21 @@
 
 namespace corvane::rtc {
 
+namespace {
+
+// From one block to another that follows it, in the time of one.
+void fadeOver(SoundBlock& block, const SoundBlock& to) {
+  for (int32_t frame = 0; frame < kBlockFrames; ++frame) {
+    for (int32_t channel = 0; channel < block.channels; ++channel) {
+      int16_t& sample = block.storage[static_cast<size_t>(frame * block.channels + channel)];
+      const int32_t next = to.storage[static_cast<size_t>(frame * block.channels + channel)];
+      sample = static_cast<int16_t>((sample * (kBlockFrames - frame) + next * frame) / kBlockFrames);
+    }
+  }
+}
+
+}  // namespace
+
 void SoundMixer::Input::push(const SoundBlock& block) {
   const std::lock_guard lock(mutex_);
   if (count_ == kCapacity) {
@@ -17,21 +32,39 @@ void SoundMixer::Input::push(const SoundBlock& block) {
 }
 
 bool SoundMixer::Input::take(SoundBlock& block) {
+  bool is_shortened = false;
   {
     const std::lock_guard lock(mutex_);
     if (is_dry_ && count_ < kReserve) return false;
     is_dry_ = count_ == 0;
-    if (is_dry_) return false;
+    if (is_dry_) {
+      watched_ = 0;
+      return false;
+    }
     block = blocks_[first_];
     first_ = (first_ + 1) % kCapacity;
     --count_;
+    is_shortened = origin_ != Origin::kHere && shorten(block);
   }
+  if (is_shortened) fadeOver(block, next_);
   applied_.apply(block, gain_.load(std::memory_order_relaxed));
   return true;
 }
 
+bool SoundMixer::Input::shorten(SoundBlock& block) {
+  if (watched_ == 0) least_ = kCapacity;
+  least_ = std::min(least_, count_);
+  if (++watched_ < kWatched) return false;
+  watched_ = 0;
+  if (least_ < kReserve || blocks_[first_].channels != block.channels) return false;
+  next_ = blocks_[first_];
+  first_ = (first_ + 1) % kCapacity;
+  --count_;
+  return true;
+}
+
 std::shared_ptr<SoundMixer::Input> SoundMixer::addInput(Origin origin) {
-  auto input = std::make_shared<Input>();
+  auto input = std::make_shared<Input>(origin);
   {
     const std::lock_guard lock(mutex_);
     sources_.push_back({input, origin});

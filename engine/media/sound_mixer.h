@@ -19,9 +19,17 @@ namespace corvane::rtc {
 /// Any thread, but for what is marked otherwise.
 class SoundMixer {
  public:
+  /// Where sound comes from. Here: a source of this machine's time, which knows what it is ahead by. The others run by
+  /// clocks of their own, and what waits of theirs longer than it has to is shortened bit by bit: after a burst of late
+  /// packets it would be late for ever. The ear monitor is for the speaker alone: neither taps nor ducking have to do
+  /// with it.
+  enum class Origin { kHere, kRemote, kEarMonitor };
+
   /// One source. It is mixed in for as long as its owner keeps it.
   class Input {
    public:
+    explicit Input(Origin origin = Origin::kHere) : origin_(origin) {}
+
     /// Takes 10 ms of one or two channels. They wait, for as long as the source is ahead; of more than 80 ms the oldest
     /// go. One thread at a time.
     void push(const SoundBlock& block);
@@ -34,18 +42,25 @@ class SoundMixer {
     static constexpr size_t kCapacity = 8;
     // A source that had run dry starts again with this much, so that the next small delay is not heard.
     static constexpr size_t kReserve = 2;
+    // Two seconds of blocks, in which so much was always left, that sound may be shortened by one.
+    static constexpr int32_t kWatched = 200;
 
+    // With mutex_ held. Takes one more block when too much waits; false when it does not.
+    bool shorten(SoundBlock& block);
+
+    const Origin origin_;
     std::mutex mutex_;
     std::array<SoundBlock, kCapacity> blocks_;
     size_t first_ = 0;
     size_t count_ = 0;
     bool is_dry_ = true;
+    int32_t watched_ = 0;       // blocks taken since least_ was begun
+    size_t least_ = kCapacity;  // that were left
     std::atomic<float> gain_ = 1.0F;
-    SoundGain applied_;  // the mixing thread's
+    // The mixing thread's.
+    SoundGain applied_;
+    SoundBlock next_;
   };
-
-  /// The ear monitor is for the speaker alone: neither taps nor ducking have to do with it.
-  enum class Origin { kHere, kRemote, kEarMonitor };
 
   std::shared_ptr<Input> addInput(Origin origin = Origin::kHere);
   /// Whether anyone keeps an input, and so may have something to play.
@@ -80,7 +95,7 @@ class SoundMixer {
  private:
   struct Source {
     std::weak_ptr<Input> input;
-    Origin origin;
+    Origin origin = Origin::kHere;
   };
 
   void mixRemote(SoundBlock& mixed);

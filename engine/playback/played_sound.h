@@ -50,7 +50,7 @@ class PlayedSound {
     bool take(SoundBlock& block) { return input_.take(block); }
 
    private:
-    SoundMixer::Input input_;
+    SoundMixer::Input input_{SoundMixer::Origin::kRemote};  // of another clock: it must not come to wait ever longer
   };
 
   void observe(SoundBlock& remote);

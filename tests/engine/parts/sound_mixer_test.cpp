@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdlib>
 #include <thread>
+#include <utility>
 
 namespace corvane::rtc {
 namespace {
@@ -91,6 +93,34 @@ TEST(SoundMixer, KeepsTheNewestOfASourceThatIsAheadAndWaitsForOneThatIsBehind) {
   input->push(level(51, 0));
   EXPECT_EQ(next(mixer).first, 50);
   EXPECT_EQ(next(mixer).first, 51);
+}
+
+TEST(SoundMixer, ShortensRemoteSoundThatWaitsForNothing) {
+  const auto waiting = [](SoundMixer::Origin origin) {
+    SoundMixer mixer;
+    const auto input = mixer.addInput(origin);
+    const auto sawtooth = [](int16_t block) {
+      SoundBlock rising = level(0, 0, 1);
+      for (int16_t frame = 0; frame < 480; ++frame)
+        rising.storage[static_cast<size_t>(frame)] = static_cast<int16_t>(block + frame / 48);
+      return rising;
+    };
+    for (int16_t block = 0; block < 6; ++block) input->push(sawtooth(static_cast<int16_t>(10 * block)));
+    SoundBlock mixed;
+    int32_t last = -1;
+    int32_t largest_step = 0;
+    for (int16_t block = 6; block < 2000; ++block) {
+      input->push(sawtooth(static_cast<int16_t>(10 * block)));
+      mixer.mix(mixed, 0);
+      for (const int16_t sample : mixed.storage) {
+        largest_step = std::max(largest_step, std::abs(sample - std::exchange(last, sample)));
+      }
+    }
+    EXPECT_LE(largest_step, 2);  // a cut would be one of ten
+    return (10 * 1999 + 9 - last) / 10;
+  };
+  EXPECT_EQ(waiting(SoundMixer::Origin::kRemote), 1);
+  EXPECT_EQ(waiting(SoundMixer::Origin::kHere), 6);
 }
 
 TEST(SoundMixer, LetsSourcesComeAndGoWhileItMixes) {
