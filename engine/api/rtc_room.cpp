@@ -2,8 +2,10 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "api/rtc_video.h"
 #include "corvane_rtc/messaging.h"
@@ -19,6 +21,7 @@ constexpr size_t kMaxInfoKey = 10;
 constexpr size_t kMaxInfoValue = 128;
 constexpr int32_t kMaxVolume = 400;
 constexpr size_t kMaxMessage = 64 * 1024;
+constexpr int32_t kMaxForwards = 32;
 
 bool isText(const char* text, size_t limit) {
   const size_t length = strnlen(text, limit + 1);
@@ -243,24 +246,50 @@ int64_t RtcRoom::sendRoomBinaryMessage(int32_t size, const uint8_t* message) {
 
 // Forwarding.
 
-int32_t RtcRoom::startForwardStreamToRooms(const ForwardStreamConfiguration& /*configuration*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::forward(const ForwardStreamConfiguration& configuration, bool started) {
+  const int32_t count = configuration.count;
+  if (count < 1 || count > kMaxForwards || configuration.forward_stream_dests == nullptr) return kInvalidParameter;
+  std::vector<ForwardTarget> targets;
+  for (int32_t index = 0; index < count; ++index) {
+    const ForwardStreamInfo& info = configuration.forward_stream_dests[index];
+    const bool valid = isRoomOrUserId(info.room_id) && info.room_id != id_ && isText(orEmpty(info.token), kMaxToken);
+    if (!valid) return kInvalidParameter;
+    const bool is_new = std::none_of(targets.begin(), targets.end(),
+                                     [&info](const ForwardTarget& known) { return known.room_id == info.room_id; });
+    if (!is_new) return kInvalidParameter;
+    targets.push_back({info.room_id, orEmpty(info.token)});
+  }
+  if (started != isForwarding()) return kWrongState;
+  const int32_t result = postInRoom([targets = std::move(targets)](Room& room) { room.forwarding().set(targets); });
+  if (result == kSuccess) forwarding_ = in_room_;
+  return result;
 }
 
-int32_t RtcRoom::updateForwardStreamToRooms(const ForwardStreamConfiguration& /*configuration*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::postForwarding(std::function<void(Forwarding&)> task) {
+  if (!isForwarding()) return kWrongState;
+  return postInRoom([task = std::move(task)](Room& room) { task(room.forwarding()); });
+}
+
+int32_t RtcRoom::startForwardStreamToRooms(const ForwardStreamConfiguration& configuration) {
+  return forward(configuration, /*started=*/false);
+}
+
+int32_t RtcRoom::updateForwardStreamToRooms(const ForwardStreamConfiguration& configuration) {
+  return forward(configuration, /*started=*/true);
 }
 
 int32_t RtcRoom::stopForwardStreamToRooms() {
-  return notSupported(__func__);
+  const int32_t result = postForwarding([](Forwarding& forwarding) { forwarding.stop(); });
+  if (result == kSuccess) forwarding_.reset();
+  return result;
 }
 
 int32_t RtcRoom::pauseForwardStreamToAllRooms() {
-  return notSupported(__func__);
+  return postForwarding([](Forwarding& forwarding) { forwarding.setPaused(true); });
 }
 
 int32_t RtcRoom::resumeForwardStreamToAllRooms() {
-  return notSupported(__func__);
+  return postForwarding([](Forwarding& forwarding) { forwarding.setPaused(false); });
 }
 
 // Subtitles.

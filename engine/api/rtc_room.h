@@ -90,10 +90,14 @@ class RtcRoom final : public IRTCRoom {
   /// The same, for a room that is or is being joined.
   int32_t postInRoom(std::function<void(Room&)> task);
   int64_t send(const char* to, std::string body, bool is_binary);
+  int32_t forward(const ForwardStreamConfiguration& configuration, bool started);
+  int32_t postForwarding(std::function<void(Forwarding&)> task);
+  bool isForwarding() const { return forwarding_ != nullptr && forwarding_ == in_room_; }
 
   const std::shared_ptr<RoomDoor> door_;
   const std::string id_;
   std::shared_ptr<std::atomic<bool>> in_room_;  // of the last joinRoom(): false once it failed, or the stay was ended
+  std::shared_ptr<std::atomic<bool>> forwarding_;  // the stay during which forwarding was started
   int64_t last_message_ = 0;
   int32_t last_task_ = 0;
   RoomSoundSpace space_;

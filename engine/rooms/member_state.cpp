@@ -30,6 +30,7 @@ std::string writeMemberState(const MemberState& state) {
   if (state.capturing != 0) json["captures"] = state.capturing;
   if (state.screen_captured) json["shares"] = true;
   if (!state.visible) json["visible"] = false;
+  if (state.forwarded) json["forwarded"] = true;
   if (state.leaving) json["leaving"] = true;
   for (const auto& [key, info] : state.room_info) {
     json["room"][key] = {{"value", info.value}, {"user", info.user}, {"time", info.time_ms}};
@@ -52,6 +53,7 @@ MemberState readMemberState(const std::string& text) {
   state.capturing = static_cast<int32_t>(numberOf(json, "captures")) & kMediaStreamBoth;
   state.screen_captured = flagOf(json, "shares", false);
   state.visible = flagOf(json, "visible", true);
+  state.forwarded = flagOf(json, "forwarded", false);
   state.leaving = flagOf(json, "leaving", false);
   state.place = readVoicePlace(memberOf(json, "place"));
   if (const Json& room = memberOf(json, "room"); room.is_object()) {

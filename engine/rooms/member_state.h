@@ -25,6 +25,7 @@ struct MemberState {
   int32_t capturing = 0;   ///< of camera and microphone, whether published or not: MediaStreamType
   bool screen_captured = false;
   bool visible = true;
+  bool forwarded = false;                      ///< a user of another room, who sends only: no messages reach it
   bool leaving = false;                        ///< the user leaves of its own will
   std::map<std::string, ExtraInfo> room_info;  ///< pairs that this member keeps for the room, by key
 

@@ -26,10 +26,11 @@ constexpr std::chrono::milliseconds kPlacePause(200);
 
 }  // namespace
 
-Room::Room(RoomContext context, Service& service)
+Room::Room(RoomContext context, Service& service, Forwarding::ServiceFinder service_of)
     : context_(std::move(context)),
       service_(service),
       local_{LocalStream(context_, kStreamIndexMain), LocalStream(context_, kStreamIndexScreen)},
+      forwarding_(context_, std::move(service_of)),
       messages_(context_, *this),
       report_(context_, *this) {
   setHandler(context_.events);
@@ -74,6 +75,7 @@ void Room::enter() {
 
 void Room::leave() {
   if (state_ == State::kOut) return;
+  forwarding_.stop();
   own_.leaving = true;
   if (state_ == State::kIn) tellState();
   context_.engine.log.info("room %s: %s leaves", context_.room_id.c_str(), join_.user_id.c_str());
@@ -99,6 +101,7 @@ void Room::drop() {
 void Room::end(RoomState state, const std::string& reason) {
   state_ = State::kOut;
   join_.in_room->store(false);
+  forwarding_.stop();
   drop();
   users_.clear();
   for (LocalStream& stream : local_) stream.setPublished(0);
@@ -116,13 +119,16 @@ void Room::reportState(RoomState state, const std::string& reason) {
 }
 
 void Room::tellState() {
+  forwarding_.follow(own_);
   std::string text = writeMemberState(own_);
   if (session_ == nullptr || text == told_) return;
   told_ = std::move(text);
   session_->setState(told_);
 }
 
-void Room::onServiceState(Service::State state, const std::string& problem) {
+void Room::onServiceState(Service& service, Service::State state, const std::string& problem) {
+  forwarding_.onServiceState(service, state);
+  if (&service != &service_) return;
   const bool wants_in = state_ == State::kJoining || state_ == State::kInterrupted;
   if (state == Service::State::kUp && wants_in && session_ == nullptr) enter();
   if (state == Service::State::kUnreachable && state_ == State::kJoining) end(kRoomStateJoinFailed, problem);
@@ -267,7 +273,10 @@ void Room::tellPublished(RemoteStream& stream, const std::string& user, int32_t 
 void Room::announce(Entry& entry) {
   const RemoteUser& user = *entry.user;
   const bool due = std::chrono::steady_clock::now() - entry.known_since > kMessagesDue;
-  if (!user.state().visible || user.state().leaving || !(messages_.reaches(user.uid()) || due)) return;
+  if (!user.state().visible || user.state().leaving ||
+      !(messages_.reaches(user.uid()) || user.state().forwarded || due)) {
+    return;
+  }
   tellJoined(entry);
 }
 
@@ -307,6 +316,7 @@ void Room::checkLater() {
     const auto now = std::chrono::steady_clock::now();
     std::vector<std::string> gone;
     for (LocalStream& stream : local_) stream.check();
+    forwarding_.check();
     for (auto& [id, entry] : users_) {
       const MemberState& state = entry.user->state();
       entry.user->stream(kStreamIndexMain).check((state.capturing & kMediaStreamVideo) != 0);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "rooms/forwarding.h"
 #include "rooms/local_stream.h"
 #include "rooms/member_state.h"
 #include "rooms/remote_user.h"
@@ -36,7 +37,8 @@ struct RoomJoin {
 /// Engine thread only. Operations that need the room to be joined do nothing otherwise: callers check.
 class Room final : public RoomSession::Listener, public RoomMessages::Listener, public RoomReport::Subject {
  public:
-  Room(RoomContext context, Service& service);
+  /// service_of: where other rooms are held.
+  Room(RoomContext context, Service& service, Forwarding::ServiceFinder service_of);
   ~Room();
   Room(const Room&) = delete;
   Room& operator=(const Room&) = delete;
@@ -76,8 +78,11 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void changeSpace(const std::function<void(RoomSpace&)>& change);
   void send(OutgoingMessage message) { messages_.send(std::move(message)); }
 
-  Service& service() { return service_; }
-  void onServiceState(Service::State state, const std::string& problem);
+  /// Of the published streams to other rooms, while the room is joined.
+  Forwarding& forwarding() { return forwarding_; }
+
+  /// Of any service.
+  void onServiceState(Service& service, Service::State state, const std::string& problem);
 
  private:
   enum class State { kOut, kJoining, kIn, kInterrupted };
@@ -151,6 +156,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   AttachedSource check_;
   std::unique_ptr<RoomSession> session_;
   std::array<LocalStream, 2> local_;  // by StreamIndex
+  Forwarding forwarding_;
   RoomMessages messages_;
   std::map<std::string, Entry> users_;
   RoomReport report_;

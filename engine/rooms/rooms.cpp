@@ -55,7 +55,8 @@ void Rooms::create(const std::string& id) {
   makeKeyAhead();
   if (machine_ == nullptr) machine_ = std::make_unique<MachineReport>(context_);
   rooms_[id] = std::make_shared<Room>(
-      RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", "", nullptr}, serviceOf(id));
+      RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", "", nullptr}, serviceOf(id),
+      [this](const std::string& other) -> Service& { return serviceOf(other); });
   rooms_[id]->setCapturing(capturing_);
   context_.events->onCreateRoomStateChanged(id.c_str(), kSuccess);
 }
@@ -107,7 +108,7 @@ void Rooms::onServiceState(Service& service, Service::State state, const std::st
   }
   const auto rooms = rooms_;
   for (const auto& [id, room] : rooms) {
-    if (&room->service() == &service) room->onServiceState(state, problem);
+    room->onServiceState(service, state, problem);
   }
 }
 

@@ -224,9 +224,9 @@ function outcomeOf(method, result, lines) {
 
 const skipped = ['createRTCVideo', 'destroyRTCVideo', 'destroy'];
 
-/** A plug-in that is registered is needed by the others, and gone after unregisterPlugin(). */
-const pluginMethods = ['enableVideoPlugin', 'setPluginParameter', 'unregisterPlugin'];
-const order = (method) => pluginMethods.indexOf(method);
+/** A plug-in that is registered is needed by the others, and gone after unregisterPlugin(); likewise forwarding. */
+const lateMethods = ['enableVideoPlugin', 'setPluginParameter', 'unregisterPlugin', 'stopForwardStreamToRooms', 'leaveRoom'];
+const order = (method) => lateMethods.indexOf(method);
 
 /** `prepare` runs before each call. */
 function callAll(className, object, prepare = () => {}, fits = fitting) {
