@@ -1,6 +1,6 @@
 'use strict';
-// A real clip from a Debian package, fetched once into the user's cache folder. The package is unpacked there, never
-// installed.
+// A real clip, and a picture, from a Debian package, fetched once into the user's cache folder. The package is unpacked
+// there, never installed.
 
 const { execFile } = require('node:child_process');
 const fs = require('node:fs');
@@ -10,7 +10,6 @@ const { promisify } = require('node:util');
 
 const run = promisify(execFile);
 const packageName = 'python3-imageio';
-const clipName = 'cockatoo.mp4';
 
 function cacheFolder() {
   const base = process.env.XDG_CACHE_HOME || path.join(os.homedir(), '.cache');
@@ -35,30 +34,32 @@ async function download(folder) {
   }
 }
 
-/** The path of the sample clip; `say` is told when it has to be fetched first. */
-async function sampleClip(say) {
+/** The path of one of the package's files; `say` is told when it has to be fetched first. */
+async function sampleFile(name, say) {
   const folder = cacheFolder();
-  const clip = path.join(folder, clipName);
-  if (fs.existsSync(clip)) return clip;
-  say(`fetching a sample clip from the Debian package ${packageName}`);
+  const file = path.join(folder, name);
+  if (fs.existsSync(file)) return file;
+  say(`fetching ${name} from the Debian package ${packageName}`);
   fs.mkdirSync(folder, { recursive: true });
   const scratch = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-clip-'));
   try {
     fs.chmodSync(scratch, 0o755);
     await download(scratch);
-    const [archive] = fs.readdirSync(scratch).filter((name) => name.endsWith('.deb'));
+    const [archive] = fs.readdirSync(scratch).filter((entry) => entry.endsWith('.deb'));
     await run('dpkg', ['-x', archive, 'unpacked'], { cwd: scratch });
-    const found = findFile(path.join(scratch, 'unpacked'), clipName);
-    if (!found) throw new Error(`the package ${packageName} has no ${clipName}`);
-    // Renamed into place, so that an interrupted copy is never taken for the clip.
-    fs.copyFileSync(found, `${clip}.part`);
-    fs.renameSync(`${clip}.part`, clip);
+    const found = findFile(path.join(scratch, 'unpacked'), name);
+    if (!found) throw new Error(`the package ${packageName} has no ${name}`);
+    // Renamed into place, so that an interrupted copy is never taken for the file.
+    fs.copyFileSync(found, `${file}.part`);
+    fs.renameSync(`${file}.part`, file);
   } catch (error) {
-    throw new Error(`no sample clip (${String(error.stderr ?? error.message).trim()}); name a clip of your own instead`);
+    throw new Error(`no sample ${name} (${String(error.stderr ?? error.message).trim()}); name a file of your own instead`);
   } finally {
     fs.rmSync(scratch, { recursive: true, force: true });
   }
-  return clip;
+  return file;
 }
 
-module.exports = { sampleClip };
+const sampleClip = (say) => sampleFile('cockatoo.mp4', say);
+
+module.exports = { sampleClip, sampleFile };

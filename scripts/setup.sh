@@ -12,7 +12,7 @@ declare -A packages=(
            libxcb-xfixes0-dev
            gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav gstreamer1.0-alsa
            libsoup-3.0-dev gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly gstreamer1.0-nice janus"
-  [test]="libgtest-dev libgmock-dev xvfb x11-utils"
+  [test]="libgtest-dev libgmock-dev opencv-data xvfb x11-utils"
   [demo]=""
   [bench]="xvfb x11-utils"
   [windows]="g++-mingw-w64-x86-64-posix wine64 cmake ninja-build nlohmann-json3-dev dpkg-dev xz-utils"

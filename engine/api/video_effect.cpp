@@ -1,5 +1,7 @@
 #include "api/video_effect.h"
 
+#include <unistd.h>
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -7,6 +9,13 @@
 #include "capture/image_file.h"
 
 namespace corvane::rtc {
+
+namespace {
+
+// Where the package that has cascades puts them.
+constexpr const char* kUsualFaceModel = "/usr/share/opencv4/lbpcascades/lbpcascade_frontalface.xml";
+
+}  // namespace
 
 int32_t VideoEffect::enableVideoEffect() {
   return missing_.refuse(__func__);
@@ -50,13 +59,32 @@ int32_t VideoEffect::disableVirtualBackground() {
   return missing_.refuse(__func__);
 }
 
-int32_t VideoEffect::enableFaceDetection(int32_t /*interval_ms*/, const char* /*face_model_path*/,
-                                         IFaceDetectionObserver* /*observer*/) {
-  return missing_.refuse(__func__);
+int32_t VideoEffect::enableFaceDetection(int32_t interval_ms, const char* face_model_path,
+                                         IFaceDetectionObserver* observer) {
+  if (interval_ms <= 0 || observer == nullptr) return kInvalidParameter;
+  const bool is_named = face_model_path != nullptr && *face_model_path != '\0';
+  const std::string path = is_named ? face_model_path : kUsualFaceModel;
+  if (access(path.c_str(), R_OK) != 0) {
+    context_.log.warning("face detection: %s cannot be read%s", path.c_str(),
+                         is_named ? "" : "; the Debian package opencv-data has it");
+    return kNotFound;
+  }
+  std::string problem;
+  std::unique_ptr<const FaceCascade> cascade = FaceCascade::load(path, problem);
+  if (cascade == nullptr) {
+    context_.log.warning("face detection: %s", problem.c_str());
+    return kInvalidParameter;
+  }
+  const std::lock_guard lock(mutex_);
+  faces_.reset();
+  faces_ = std::make_unique<FaceDetection>(local_.taps(), std::move(cascade), interval_ms, *observer);
+  return kSuccess;
 }
 
 int32_t VideoEffect::disableFaceDetection() {
-  return missing_.refuse(__func__);
+  const std::lock_guard lock(mutex_);
+  faces_.reset();
+  return kSuccess;
 }
 
 int32_t VideoEffect::setVideoWatermark(int32_t stream_index, const char* image_path, const WatermarkConfig& config) {

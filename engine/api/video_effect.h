@@ -1,9 +1,13 @@
 // Effects on the local picture as applications call them.
 #pragma once
 
+#include <memory>
+#include <mutex>
+
 #include "api/missing_operations.h"
 #include "core/engine_context.h"
 #include "corvane_rtc/video_effect.h"
+#include "effects/face_detection.h"
 #include "effects/local_video.h"
 
 namespace corvane::rtc {
@@ -34,6 +38,8 @@ class VideoEffect final : public IVideoEffect {
   EngineContext& context_;
   MissingOperations& missing_;
   LocalVideo& local_;
+  std::mutex mutex_;
+  std::unique_ptr<FaceDetection> faces_;
 };
 
 }  // namespace corvane::rtc

@@ -115,6 +115,7 @@ const fitting = {
   startFileRecording: [0, { dir_path: logFolder, file_type: 1 }, 2],
   stopFileRecording: [0],
   startAudioRecording: [{ absolute_file_name: path.join(logFolder, 'sound.wav'), frame_source: 0, sample_rate: 0, channel: 0, quality: 0 }],
+  enableFaceDetection: [100, ''],
   takeLocalSnapshot: [0],
   pushExternalAudioFrame: [sound],
   sendUserBinaryMessageOutsideRoom: ['user', 1, Buffer.alloc(1), 0],
