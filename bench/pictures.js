@@ -4,7 +4,7 @@
 const { fork } = require('node:child_process');
 const fs = require('node:fs');
 const path = require('node:path');
-const { sampleClip } = require('../demo/sample_clip');
+const { sampleClip } = require('../demo/samples');
 
 const size = { width: 1280, height: 720 };
 

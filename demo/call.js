@@ -1,6 +1,7 @@
 'use strict';
 // A call between two processes: one sends its camera, then pictures that tell when they were sent; the other receives
-// them. Both exchange messages. Neither knows of the other but through the room.
+// them. Both exchange messages. The sender may also play an effect, share a screen and record, while the receiver takes a
+// snapshot. Neither knows of the other but through the room.
 
 const { fork } = require('node:child_process');
 const { randomUUID } = require('node:crypto');
@@ -70,12 +71,13 @@ class Member {
 
 /**
  * Holds a call and resolves to what it was like. `camera`: an id of a camera; `size`: { width, height, frame_rate } to
- * take from it, its own when absent; `sound`: send a microphone too;
- * `rate`: pushed pictures a second, the camera's when absent; `sheet`: { count, width, height } of the pictures to keep; `onProgress` is told once a second how it goes; `environments`: more of it for the members, { sender, receiver }. Rejects with NoService when no
- * service holds the room.
+ * take from it, its own when absent; `sound`: send a microphone too, `speech` where it is named, else the clip's sound;
+ * `rate`: pushed pictures a second, the camera's when absent; `extras`: { effect, record: { folder, seconds } } to be done
+ * besides; `sheet`: { count, width, height } of the pictures to keep; `onProgress` is told once a second how it goes;
+ * `environments`: more of it for the members, { sender, receiver }. Rejects with NoService when no service holds the room.
  */
 async function holdCall({
-  camera, size, sound, rate, service, seconds, logFolder, sheet, onProgress = () => {}, environments = {},
+  camera, size, sound, speech, rate, service, seconds, extras, logFolder, sheet, onProgress = () => {}, environments = {},
 }) {
   const roomId = `demo ${randomUUID()}`;
   const messages = { sent: 0, received: 0 };
@@ -100,7 +102,7 @@ async function holdCall({
 
   try {
     await Promise.all([step('start', sender, 'ready'), step('start', receiver, 'ready')]);
-    sender.send('join', { camera, size, sound });
+    sender.send('join', { camera, size, sound, speech });
     const first = await step('joining the room first', sender, 'joined');
     await step('sending the camera', sender, 'published');
     const source = await step('capturing', sender, 'camera');
@@ -111,7 +113,11 @@ async function holdCall({
     started = performance.now();
     receiver.send('watch', { seconds });
     sender.send('talk');
+    if (extras) sender.send('perform', extras);
+    if (extras) receiver.send('snapshot');
     await pause(seconds * 500);
+    const done = extras ? { ...(await step('what is done besides', sender, 'performed')),
+      snapshot: await step('the snapshot', receiver, 'snapshot') } : {};
     sender.send('stamp', { rate: rate ?? source.fps });
     receiver.send('stamp');
     await pause(seconds * 500);
@@ -129,7 +135,7 @@ async function holdCall({
       pictures,
       call: {
         service: service ?? 'of this machine', join_ms: second.join_ms, first_join_ms: first.join_ms, first_frame_ms,
-        remote_fps: camera_fps, sent_fps: source.fps, pushed, pushed_fps, ...seen,
+        remote_fps: camera_fps, sent_fps: source.fps, pushed, pushed_fps, ...seen, ...done,
         messages_sent: messages.sent, messages_received: messages.received,
         sender_cpu_percent: sender_cpu, receiver_cpu_percent: receiver_cpu,
         sender_stall_ms, receiver_stall_ms, sent_kbps,

@@ -1,8 +1,10 @@
 'use strict';
 // The demo's call, the side that sees: it counts the pictures that reach its own buffer, reads the times in those that
-// carry one, keeps some for the contact sheet, and answers every message.
+// carry one, keeps some for the contact sheet, takes a snapshot, listens, and answers every message.
 
-const { CallMember, RateCounter, startMeter } = require('./call_member');
+const fs = require('node:fs');
+const path = require('node:path');
+const { CallMember, RateCounter, startMeter, describe } = require('./call_member');
 const { shrink } = require('./contact_sheet');
 const { clock, readStamp } = require('./stamp');
 
@@ -10,6 +12,8 @@ const options = JSON.parse(process.argv[2]);
 const { sheet } = options;
 // Nothing that carries a stamp was under way for longer, in microseconds.
 const longestDelay = 60e6;
+const silentDb = -127;
+const [cameraStream, screenStream] = [0, 1];
 
 let buffer;
 let size = { width: 0, height: 0 };
@@ -25,7 +29,10 @@ const delays = [];
 const pictures = [];
 let pictureDue = Infinity;
 let pictureGap = 0;
+let remoteCamera;
 let audioRate = null;
+let level = silentDb;
+let screenFrames = 0;
 let measure = () => {};
 
 const member = new CallMember(options, {
@@ -33,18 +40,38 @@ const member = new CallMember(options, {
     const last = group.findLast(({ Type }) => Type === 'onRemoteVideoFrame')?.Object;
     // Of several pictures in one batch the buffer holds the last.
     if (last) onPicture(last);
-    for (const { Type } of group) if (Type === 'onRemoteVideoFrame') countFrame();
+    for (const { Type } of group) {
+      if (Type === 'onRemoteVideoFrame') countFrame();
+      else if (Type === 'onRemoteScreenFrame') ++screenFrames;
+    }
   },
-  onRemoteVideoSizeChanged({ key, info: { width, height } }) {
-    buffer = Buffer.alloc(width * height * 2);
-    const { user_id } = key;
+  onRemoteVideoSizeChanged({ key: { user_id, stream_index }, info: { width, height } }) {
+    const pixels = Buffer.alloc(width * height * 2);
+    if (stream_index === screenStream) {
+      const stream_type = 'onRemoteScreenFrame';
+      member.video.setRemoteVideoBuffer({ user_id, stream_type, width, height, plane_y: pixels });
+      return;
+    }
+    buffer = pixels;
     member.video.setRemoteVideoBuffer({ user_id, stream_type: 'onRemoteVideoFrame', width, height, plane_y: buffer });
   },
   onFirstRemoteVideoFrameDecoded() {
     decodedAt ||= performance.now();
   },
-  onRemoteStreamStats({ audio_stats }) {
-    audioRate = audio_stats.received_kbitrate;
+  onRemoteStreamStats({ audio_stats, is_screen }) {
+    if (!is_screen) audioRate = audio_stats.received_kbitrate;
+  },
+  onRemoteAudioPropertiesReport({ audio_properties_infos }) {
+    for (const { audio_properties_info } of audio_properties_infos) {
+      level = Math.max(level, audio_properties_info.nonlinear_volume);
+    }
+  },
+  onTakeRemoteSnapshotResult({ image, error_code }) {
+    if (error_code !== 0 || !image) return member.tell({ snapshot: { problem: `error ${error_code}` } });
+    const png = Buffer.from(image, 'base64');
+    const file = path.join(options.logFolder, '..', 'remote-snapshot.png');
+    fs.writeFileSync(file, png);
+    member.tell({ snapshot: { file, width: png.readUInt32BE(16), height: png.readUInt32BE(20) } });
   },
   onRoomMessageReceived({ uid, message }) {
     if (member.room.sendUserMessage(uid, `answer to ${message}`, 0) === 0) member.tell({ message: 'sent' });
@@ -94,14 +121,23 @@ const report = () => ({
 member.serve({
   async join({ sender }) {
     joinStarted = performance.now();
-    const key = { room_id: options.roomId, user_id: sender, stream_index: 0 };
-    member.check('setRemoteVideoSink', member.video.setRemoteVideoSink(key, 1));
+    remoteCamera = { room_id: options.roomId, user_id: sender, stream_index: cameraStream };
+    for (const stream of [remoteCamera, { ...remoteCamera, stream_index: screenStream }]) {
+      member.check('setRemoteVideoSink', member.video.setRemoteVideoSink(stream, 1));
+    }
+    const reports = { interval: 100, smooth: 1, local_main_report_mode: 0, audio_report_mode: 0 };
+    const kept = { enable_spectrum: false, enable_vad: false, enable_voice_pitch: false };
+    member.check('enableAudioPropertiesReport', member.video.enableAudioPropertiesReport({ ...reports, ...kept }));
     member.tell({ joined: { join_ms: await member.join() } });
   },
   watch({ seconds }) {
     pictureGap = (seconds * 1000) / sheet.count;
     pictureDue = performance.now() + pictureGap / 2;
     setInterval(() => member.tell({ progress: report() }), 1000);
+  },
+  snapshot() {
+    const task = member.video.takeRemoteSnapshot(remoteCamera);
+    if (task < 0) member.tell({ snapshot: { problem: describe(task) } });
   },
   stamp() {
     stamped = new RateCounter();
@@ -112,7 +148,8 @@ member.serve({
       summary: {
         remote_frames: whole.count, remote_width: size.width, remote_height: size.height,
         camera_fps: unstamped.fps, stamped_fps: stamped?.fps ?? 0, latency_samples: delays.length,
-        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), remote_audio_kbps: audioRate, longest_gap_ms: longestGap,
+        latency_p50_ms: percentile(0.5), latency_p95_ms: percentile(0.95), remote_audio_kbps: audioRate,
+        remote_audio_peak_db: level === silentDb ? null : level, screen_frames: screenFrames, longest_gap_ms: longestGap,
         ...measure(), pictures,
       },
     });

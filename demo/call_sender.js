@@ -1,9 +1,10 @@
 'use strict';
 // The demo's call, the side that is seen. First it sends its camera as it is; then pictures that the camera took, pushed
 // from JavaScript with the time of their pushing drawn into each. Its microphone is heard all along, where sound is asked
-// for. A message a second goes to all.
+// for. A message a second goes to all. What it does besides stands in call_extras.js.
 
 const { CallMember, RateCounter, startMeter, describe, reasonOf } = require('./call_member');
+const { CallExtras } = require('./call_extras');
 const { Microphone } = require('./microphone');
 const { clock, drawStamp } = require('./stamp');
 
@@ -42,14 +43,16 @@ const member = new CallMember(options, {
     const { err } = event;
     if (!microphone?.take({ Type: 'onError', Object: event })) member.fail(`the camera failed: ${describe(err)}`);
   },
-  onLocalStreamStats({ video_stats }) {
-    sent = video_stats.sent_kbitrate;
+  onLocalStreamStats({ video_stats, is_screen }) {
+    if (!is_screen) sent = video_stats.sent_kbitrate;
   },
+  onRecordingStateUpdate: (event) => extras.onRecordingState(event),
   onUserMessageReceived() {
     member.tell({ message: 'received' });
   },
 });
 const { video } = member;
+const extras = new CallExtras(member);
 
 /** Keeps the pictures to be pushed later. `timestamp`: media time in microseconds, cut to 32 bits. */
 function onFrame({ timestamp, width, height, plane_size_y: strideY, plane_size_u: strideU, plane_size_v: strideV }) {
@@ -93,13 +96,13 @@ function pushPictures(rate) {
 
 let messages;
 member.serve({
-  async join({ camera, size, sound }) {
+  async join({ camera, size, sound, speech }) {
     if (sound) microphone = new Microphone(video);
     member.check('setLocalVideoSink', video.setLocalVideoSink(0, 1));
     if (size) member.check('setVideoCaptureConfig', video.setVideoCaptureConfig({ capture_preference: 1, ...size }));
     member.check('setVideoCaptureDevice', video.setVideoCaptureDevice(camera));
     member.check('startVideoCapture', video.startVideoCapture());
-    microphone?.start(camera);
+    microphone?.start(speech ?? camera);
     const join_ms = await member.join();
     member.check('publishStream', member.room.publishStream(sound ? soundAndPictures : pictures));
     member.tell({ joined: { join_ms } });
@@ -109,6 +112,9 @@ member.serve({
     const say = () => member.room.sendRoomMessage(`message ${++count}`) > 0 && member.tell({ message: 'sent' });
     say();
     messages = setInterval(say, 1000);
+  },
+  async perform(wanted) {
+    member.tell({ performed: await extras.perform(wanted) });
   },
   stamp({ rate }) {
     member.check('stopVideoCapture', video.stopVideoCapture());
@@ -121,6 +127,7 @@ member.serve({
     member.tell({ hushed: true });
   },
   finish() {
+    extras.end();
     member.end({ summary: { ...measure(), sent_kbps: sent, pushed: pushed.count, fps: pushed.fps } });
   },
 });

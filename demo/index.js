@@ -1,7 +1,8 @@
 'use strict';
 // The main job: a real clip is captured as a camera and its frames arrive in JavaScript's own buffer; its sound, or a test
-// tone, is captured as a microphone and its level shown. Then two processes hold a call: one sends the clip, the other
-// receives it.
+// tone, is captured as a microphone and its level shown. Then two processes hold a call: one sends the clip and speech,
+// the other receives them; meanwhile an effect is played into the call, a screen is shared where there is one, what is
+// sent is recorded, and a snapshot taken of what is received.
 //
 //   npm run demo -- [clip] [--seconds N] [--plugin blur] [--service ws://HOST:PORT] [--json]
 //
@@ -18,7 +19,7 @@ const path = require('node:path');
 const { parseArgs } = require('node:util');
 const { holdCall, NoService } = require('./call');
 const { ContactSheet } = require('./contact_sheet');
-const { sampleClip } = require('./sample_clip');
+const { sampleClip, sampleEffect, sampleSpeech } = require('./samples');
 
 const outFolder = path.join(__dirname, 'out');
 const usage = 'usage: npm run demo -- [clip] [--seconds N] [--plugin blur] [--service ws://HOST:PORT] [--json]';
@@ -29,6 +30,7 @@ const callSheet = { ...cameraSheet, count: 8 };
 const exitCode = { well: 0, poor: 1, failed: 2, noService: 3 };
 // The call begins with a key frame and changes its source half-way.
 const callTolerance = 0.08;
+const longestRecording = 5;
 
 function readArguments() {
   const { values, positionals } = parseArgs({
@@ -117,9 +119,22 @@ function showCall(call) {
     `${milliseconds(call.first_join_ms)}), saw the other ${milliseconds(call.first_frame_ms)} after it began to join`);
   console.log(`${call.remote_fps.toFixed(2)} remote fps of ${call.sent_fps.toFixed(2)}, ` +
     `${call.messages_received} of ${call.messages_sent} messages, ${verdict}`);
-  if (call.remote_audio_kbps !== null) console.log(`sound: ${call.remote_audio_kbps.toFixed(0)} kbit/s received`);
+  if (call.remote_audio_kbps !== null) {
+    console.log(`sound: ${call.remote_audio_kbps.toFixed(0)} kbit/s received, peak ${call.remote_audio_peak_db} dB`);
+  }
   console.log(`latency, from pushing a picture to having it: ${milliseconds(call.latency_p50_ms)}, 95 % below ` +
     `${milliseconds(call.latency_p95_ms)} (${call.latency_samples} pictures)`);
+  showExtras(call);
+}
+
+function showExtras({ effect, screen, screen_frames: frames, recording, snapshot }) {
+  const tell = (what, it, text) => console.log(`${what}: ${it?.problem ? `FAILED: ${it.problem}` : text(it)}`);
+  tell('effect played into the call', effect, ({ file, seconds }) => `${path.basename(file)}, ${seconds.toFixed(1)} s`);
+  tell('screen shared', screen, (it) =>
+    it === null ? 'none, there is no screen here' : `${it.name}, ${it.width}x${it.height}, ${frames} frames received`);
+  tell('recording', recording, ({ file, seconds, bytes }) =>
+    `${file}, ${seconds.toFixed(1)} s, ${(bytes / 1024).toFixed(0)} KB`);
+  tell('snapshot of the remote picture', snapshot, ({ file, width, height }) => `${file}, ${width}x${height}`);
 }
 
 function showSummary(summary, call) {
@@ -146,14 +161,25 @@ async function findCamera(clip) {
   return `file:${file}`;
 }
 
+/** A sample, or null with a word about it. */
+const orNothing = (sample) => sample.catch((error) => (console.error(`demo: ${error.message}`), null));
+
 /** Holds the call; its part of the summary, and its pictures. Without a service there is the reason in its place. */
 async function runCall(camera, { seconds, service }, onProgress) {
+  const say = (text) => console.error(text);
+  // Synthetic pictures come with a synthetic sound.
+  const speech = camera.startsWith('test:') ? null : await orNothing(sampleSpeech(say));
+  const effect = await orNothing(sampleEffect(say));
+  const record = { folder: outFolder, seconds: Math.min(longestRecording, seconds / 2) };
   try {
-    const places = { logFolder: outFolder, sheet: callSheet };
-    const { call, pictures } = await holdCall({ camera, sound: true, service, seconds, ...places, onProgress });
+    const { call, pictures } = await holdCall({
+      camera, sound: true, speech: speech ? `file:${speech}` : undefined, service, seconds, extras: { effect, record },
+      logFolder: outFolder, sheet: callSheet, onProgress,
+    });
     const fits = Math.abs(call.remote_fps / call.sent_fps - 1) <= callTolerance;
     const whole = call.messages_sent > 0 && call.messages_received === call.messages_sent;
-    return { call: { ...call, ok: fits && whole && call.latency_samples > 0 }, pictures };
+    const well = ![call.effect, call.screen, call.recording, call.snapshot].some((it) => it?.problem);
+    return { call: { ...call, ok: fits && whole && well && call.latency_samples > 0 }, pictures };
   } catch (error) {
     if (!(error instanceof NoService)) throw error;
     const nothing = { join_ms: null, remote_fps: null, latency_p50_ms: null, latency_p95_ms: null };

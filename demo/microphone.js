@@ -20,7 +20,7 @@ class Microphone {
     this.#video = video;
   }
 
-  /** `source`: the camera's id. */
+  /** `source`: the id of the camera whose sound it is, or of a microphone. */
   start(source) {
     const reports = { interval: 100, smooth: 1, local_main_report_mode: 0, audio_report_mode: 0 };
     const extras = { enable_spectrum: false, enable_vad: false, enable_voice_pitch: false };

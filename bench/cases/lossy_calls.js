@@ -7,7 +7,7 @@ const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
 const { holdCall } = require('../../demo/call');
-const { sampleClip } = require('../../demo/sample_clip');
+const { sampleClip } = require('../../demo/samples');
 
 const preload = path.join(__dirname, '../../build/release/bench/liblossy_link.so');
 const rate = 30;

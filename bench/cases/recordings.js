@@ -5,7 +5,7 @@
 const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
-const { sampleClip } = require('../../demo/sample_clip');
+const { sampleClip } = require('../../demo/samples');
 
 const build = path.join(__dirname, '..', '..', 'build', 'release');
 const seconds = 8;

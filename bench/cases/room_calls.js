@@ -8,7 +8,7 @@ const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
 const { holdCall, Member, senderScript } = require('../../demo/call');
-const { sampleClip } = require('../../demo/sample_clip');
+const { sampleClip } = require('../../demo/samples');
 const { median } = require('../rounds');
 
 const joins = 30;

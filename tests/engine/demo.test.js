@@ -8,6 +8,7 @@ const path = require('node:path');
 const { test, before, after } = require('node:test');
 
 const { drawStamp, readStamp } = require('../../demo/stamp.js');
+const { startDisplay } = require('./support/display.js');
 const { makeWorkplace } = require('./support/participant.js');
 
 const demo = path.join(__dirname, '../../demo/index.js');
@@ -15,10 +16,15 @@ const camera = 'test:ball?width=640&height=360&fps=30';
 const kept = ['clip', 'frames', 'width', 'height', 'seconds', 'fps', 'clip_fps', 'ok', 'microphone', 'contact_sheet', 'log'];
 
 let workplace;
+let display;
 before(() => {
   workplace = makeWorkplace();
+  display = startDisplay('320x200');
 });
-after(() => fs.rmSync(workplace, { recursive: true, force: true }));
+after(() => {
+  display.stop();
+  fs.rmSync(workplace, { recursive: true, force: true });
+});
 
 function run(args, environment = {}) {
   const env = { ...process.env, XDG_RUNTIME_DIR: workplace, ...environment };
@@ -37,7 +43,13 @@ test('a call is held and told in one object', () => {
   assert.ok(summary.join_ms > 0 && summary.first_frame_ms >= summary.join_ms);
   assert.ok(summary.remote_fps > 0 && summary.latency_samples > 0);
   assert.ok(summary.latency_p50_ms > 0 && summary.latency_p95_ms >= summary.latency_p50_ms);
-  assert.ok(summary.remote_audio_kbps > 0);
+  assert.ok(summary.remote_audio_kbps > 0 && summary.remote_audio_peak_db > -60);
+  assert.deepStrictEqual([summary.effect.problem, summary.effect.seconds > 0.5], [undefined, true]);
+  assert.ok(summary.recording.bytes > 10_000, JSON.stringify(summary.recording));
+  assert.strictEqual(fs.readFileSync(summary.recording.file).toString('latin1', 4, 8), 'ftyp');
+  assert.deepStrictEqual([summary.snapshot.width, summary.snapshot.height], [640, 360]);
+  assert.ok(fs.existsSync(summary.snapshot.file));
+  assert.deepStrictEqual([summary.screen.width, summary.screen.height, summary.screen_frames > 0], [320, 200, true]);
   assert.ok(summary.messages_sent >= 2);
   assert.strictEqual(summary.messages_received, summary.messages_sent);
   // Five rows of four pictures: three of the camera's, two of what came over the call.

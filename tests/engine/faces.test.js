@@ -8,7 +8,7 @@ const path = require('node:path');
 const { test } = require('node:test');
 
 const sdk = require('../..');
-const { sampleFile } = require('../../demo/sample_clip');
+const { samplePhoto } = require('../../demo/samples');
 const { endProcessAfterTests } = require('../module/support/process_end.js');
 
 const video = new sdk.xoRTCVideo();
@@ -26,7 +26,7 @@ endProcessAfterTests(() => {
 });
 
 test('a face is found where it is, and none where there is none', async () => {
-  const photo = await sampleFile('astronaut.png', () => {});
+  const photo = await samplePhoto(() => {});
   const onMessage = ({ Type, Object: event }) => Type === 'onFaceDetectResult' && onResult(event);
   assert.strictEqual(video.createRTCVideo('app-id', onMessage, '{}'), 0);
   assert.strictEqual(video.setDummyCaptureImagePath(photo), 0);
