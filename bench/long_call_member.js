@@ -64,7 +64,7 @@ function held() {
 }
 
 function playOver(effect, music) {
-  const failed = ({ Type, Object: { error } }) => error !== 0 && seen.problems.push(`${Type}: error ${error}`);
+  const failed = ({ Type, Object: { error } }) => error > 0 && seen.problems.push(`${Type}: error ${error}`);
   const effects = new sdk.xoRTCAudioEffectPlayer(failed);
   const media = new sdk.xoRTCMediaPlayer(0, failed);
   players.push(effects, media);
