@@ -29,7 +29,8 @@ bool isLayer(const VideoEncoderConfig& config) {
 }
 
 VideoEncoding encodingOf(const VideoEncoderConfig& config) {
-  return {config.width, config.height, config.frame_rate, std::max(config.max_bitrate, 0)};
+  return {config.width, config.height, config.frame_rate, std::max(config.max_bitrate, 0),
+          std::max(config.min_bitrate, 0)};
 }
 
 }  // namespace

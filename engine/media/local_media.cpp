@@ -51,8 +51,21 @@ SoundEncoder* LocalMedia::borrowSound(User& user) {
   return sound_.get();
 }
 
+void LocalMedia::limitVideo(User& user, int32_t kbit) {
+  limits_[&user] = kbit;
+  applyLimits();
+}
+
+void LocalMedia::applyLimits() {
+  int32_t narrowest = INT32_MAX;
+  for (const auto& [user, kbit] : limits_) narrowest = std::min(narrowest, kbit);
+  if (video_ != nullptr) video_->limitBitrate(narrowest);
+}
+
 void LocalMedia::giveBackVideo(User& user) {
   exclude(video_users_, user);
+  limits_.erase(&user);
+  applyLimits();
   if (!video_users_.empty() || video_ == nullptr) return;
   picture_taps_.remove(*video_);
   video_.reset();
@@ -85,6 +98,7 @@ void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
   const std::unique_ptr<VideoEncoder> previous =
       std::exchange(video_, std::make_unique<VideoEncoder>(context_, encoding_, *this));
   picture_taps_.add(*video_);
+  limits_.clear();
   for (User* user : video_users_) user->onVideoEncoder(*video_);
 }
 

@@ -2,6 +2,7 @@
 // last.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,6 +37,8 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   /// Encoders, until given back. Every user gets the same. Null when there can be none.
   VideoEncoder* borrowVideo(User& user);
   SoundEncoder* borrowSound(User& user);
+  /// kbit/s that this user's link carries; the encoder, which all share, follows the narrowest.
+  void limitVideo(User& user, int32_t kbit);
   void giveBackVideo(User& user);
   void giveBackSound(User& user);
 
@@ -47,6 +50,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   void setSoundEncoding(const SoundEncoding& encoding);
 
  private:
+  void applyLimits();
   void onEncoderFailed(const std::string& reason) override;
   void onSoundEncoderFailed(const std::string& reason) override;
 
@@ -62,6 +66,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   bool sound_told_ = false;
   std::vector<User*> video_users_;
   std::vector<User*> sound_users_;
+  std::map<User*, int32_t> limits_;  // kbit/s, of those who have told one
 };
 
 }  // namespace corvane::rtc

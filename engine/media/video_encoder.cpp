@@ -121,7 +121,8 @@ void VideoEncoder::build() {
                guint64{0}, nullptr);
   gst_util_set_object_arg(G_OBJECT(source), "leaky-type", "downstream");
   kind->set_up(encoder_);
-  if (wanted_.bitrate > 0) kind->set_bitrate(encoder_, wanted_.bitrate);
+  full_kbit_.store(wanted_.bitrate, std::memory_order_relaxed);
+  applyBitrate();
   g_object_set(raw, "caps", rawCaps(wanted_).get(), nullptr);
   gst_util_set_object_arg(G_OBJECT(encoded), "caps", kind->format);
 
@@ -151,7 +152,23 @@ void VideoEncoder::setFormat(const GstVideoInfo& info) {
   const int height = wanted_.height > 0 ? wanted_.height : GST_VIDEO_INFO_HEIGHT(&info);
   const double pixels = static_cast<double>(width) * height * fps;
   const auto kbit = static_cast<int32_t>(pixels * kBitsPerPixel / 1000);
-  installedKind()->set_bitrate(encoder_, std::clamp(kbit, kMinBitrate, kMaxBitrate));
+  full_kbit_.store(std::clamp(kbit, kMinBitrate, kMaxBitrate), std::memory_order_relaxed);
+  applyBitrate();
+}
+
+void VideoEncoder::applyBitrate() {
+  const std::lock_guard lock(bitrate_mutex_);
+  const int32_t kbit = std::min(limit_kbit_, full_kbit_.load(std::memory_order_relaxed));
+  if (kbit > 0) installedKind()->set_bitrate(encoder_, kbit);
+}
+
+void VideoEncoder::limitBitrate(int32_t kbit) {
+  if (encoder_ == nullptr) return;
+  {
+    const std::lock_guard lock(bitrate_mutex_);
+    if (std::exchange(limit_kbit_, kbit) == kbit) return;
+  }
+  applyBitrate();
 }
 
 void VideoEncoder::onPicture(const Picture& picture) {

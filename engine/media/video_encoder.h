@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <mutex>
 #include <string>
 
 #include "capture/pipeline.h"
@@ -17,10 +18,11 @@ namespace corvane::rtc {
 
 /// What is wanted of an encoded stream. 0 leaves a value to the pictures and the engine.
 struct VideoEncoding {
-  int32_t width = 0;       ///< pixels
-  int32_t height = 0;      ///< pixels
-  int32_t frame_rate = 0;  ///< frames a second
-  int32_t bitrate = 0;     ///< kbit/s
+  int32_t width = 0;        ///< pixels
+  int32_t height = 0;       ///< pixels
+  int32_t frame_rate = 0;   ///< frames a second
+  int32_t bitrate = 0;      ///< kbit/s, at most
+  int32_t min_bitrate = 0;  ///< kbit/s that a narrow link does not press it below
 
   bool operator==(const VideoEncoding&) const = default;
 };
@@ -56,6 +58,11 @@ class VideoEncoder final : public PictureTap {
   const EncodedCounts& counts() const { return counts_; }
   /// Any thread. The next picture is encoded so that decoding can begin with it.
   void requestKeyFrame() { key_frame_wanted_.store(true, std::memory_order_relaxed); }
+  /// kbit/s that the links of its users carry at most.
+  void limitBitrate(int32_t kbit);
+  /// kbit/s without a limit; 0 before the first picture.
+  int32_t fullBitrate() const { return full_kbit_.load(std::memory_order_relaxed); }
+  int32_t minBitrate() const { return wanted_.min_bitrate; }
   /// Any thread, one at a time.
   void onPicture(const Picture& picture) override;
 
@@ -68,6 +75,7 @@ class VideoEncoder final : public PictureTap {
   void onMessage(GstMessage* message);
   GstFlowReturn onSample(GstPtr<GstSample> sample);
   void setFormat(const GstVideoInfo& info);
+  void applyBitrate();
 
   EngineContext& context_;
   Listener& listener_;
@@ -75,6 +83,9 @@ class VideoEncoder final : public PictureTap {
   EncodedTaps taps_;
   EncodedCounts counts_;
   std::atomic<bool> key_frame_wanted_ = false;
+  std::atomic<int32_t> full_kbit_ = 0;
+  std::mutex bitrate_mutex_;
+  int32_t limit_kbit_ = INT32_MAX;  // under the lock
   const VideoEncoding wanted_;
   Pipeline pipeline_;
   GstAppSrc* source_ = nullptr;

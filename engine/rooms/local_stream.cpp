@@ -8,6 +8,8 @@ namespace corvane::rtc {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryPause(1000);
+constexpr std::chrono::milliseconds kFeedbackInterval(500);
+constexpr int32_t kLowestBitrate = 80;  // kbit/s, unless the application allows less
 
 }  // namespace
 
@@ -55,7 +57,22 @@ void LocalStream::update() {
   }
   sent_video_.set((published_ & kMediaStreamVideo) != 0, publisher_->videoBytes());
   sent_sound_.set((published_ & kMediaStreamAudio) != 0, publisher_->soundBytes());
-  if (is_new) publisher_->start();
+  if (!is_new) return;
+  publisher_->start();
+  bitrate_ = {};
+  feedback_ = room_.engine.thread.after(kFeedbackInterval, [this] { followLink(); });
+}
+
+void LocalStream::followLink() {
+  feedback_ = room_.engine.thread.after(kFeedbackInterval, [this] { followLink(); });
+  if (video_ == nullptr) return;
+  publisher_->peer().requestStatistics([this](const GstStructure* report) {
+    connection_ = readConnectionStats(report);
+    if (video_ == nullptr || video_->fullBitrate() == 0) return;
+    const LinkFeedback told = {connection_.sent_video.fraction_lost, connection_.sent_video.rtt_ms};
+    const int32_t lowest = video_->minBitrate() > 0 ? video_->minBitrate() : kLowestBitrate;
+    media_.limitVideo(*this, bitrate_.update(told, lowest, video_->fullBitrate()));
+  });
 }
 
 void LocalStream::check() {
@@ -67,6 +84,7 @@ void LocalStream::check() {
 
 void LocalStream::close() {
   retry_.reset();
+  feedback_.reset();
   connected_ = false;
   sent_video_.set(false, 0);
   sent_sound_.set(false, 0);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "rooms/bitrate_control.h"
 #include "rooms/connection_stats.h"
 #include "rooms/publisher.h"
 #include "rooms/room_context.h"
@@ -37,6 +38,7 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
  private:
   void update();
   void close();
+  void followLink();
 
   void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
@@ -65,6 +67,8 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   std::unique_ptr<Publisher> publisher_;
   VideoEncoder* video_ = nullptr;  // borrowed
   ConnectionStats connection_;
+  BitrateControl bitrate_;
+  AttachedSource feedback_;
   Counters taken_;
   AttachedSource retry_;
 };
