@@ -72,10 +72,12 @@ module.exports = async function longCall() {
     await or(receiver.told('watching'));
     await or(sleep(settling * 1000), settling * 2000);
     receiver.send('listen');
-    const [before, started] = [{ sender: held.sender.length, receiver: held.receiver.length }, performance.now()];
+    const counts = () => ({ sender: held.sender.length, receiver: held.receiver.length });
+    const [before, started] = [counts(), performance.now()];
     const rest = minutes * 60 - settling;
     await or(sleep(rest * 1000), rest * 2000);
     const seconds = (performance.now() - started) / 1000;
+    const after = counts();
     receiver.send('finish');
     sender.send('finish');
     const [seen, sent] = await or(Promise.all([receiver.told('summary'), sender.told('summary')]));
@@ -87,7 +89,7 @@ module.exports = async function longCall() {
 
     const rows = [];
     for (const [name, list] of Object.entries(held)) {
-      const kept = list.slice(before[name]);
+      const kept = list.slice(before[name], after[name]);
       for (const [what, limit] of Object.entries(allowed)) {
         // The least of the first ten seconds and of the last: what swings is not what stays.
         const least = (part) => Math.min(...part.map((each) => each[what]));
