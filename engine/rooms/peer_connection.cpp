@@ -20,6 +20,9 @@ constexpr guint kJitterBufferMs = 200;
 // Between two regular reports there is one chance to ask for what was lost, and one to ask again.
 constexpr guint64 kReportInterval = 30 * GST_MSECOND;
 
+// From the start of a connection to giving it up: a service may take an offer and do nothing.
+constexpr std::chrono::seconds kPatience(10);
+
 struct FreeDescription {
   void operator()(GstWebRTCSessionDescription* description) const { gst_webrtc_session_description_free(description); }
 };
@@ -29,7 +32,9 @@ Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   GstSDPMessage* message = nullptr;
   if (!isDescription(sdp)) return nullptr;
   if (gst_sdp_message_new_from_text(sdp.c_str(), &message) != GST_SDP_OK) return nullptr;
-  return Description(gst_webrtc_session_description_new(type, message));
+  Description description(gst_webrtc_session_description_new(type, message));
+  // Almost anything can be read. Without media nothing would ever connect, or fail.
+  return gst_sdp_message_medias_len(message) > 0 ? std::move(description) : nullptr;
 }
 
 void setUpTransport(GstBin*, GstBin*, GstElement* element, gpointer) {
@@ -103,11 +108,13 @@ void PeerConnection::start() {
   if (!pipeline_.missing().empty()) {
     return fail("GStreamer's element " + pipeline_.missing() + " is not installed");
   }
-  if (!pipeline_.play()) fail("the pipeline does not start");
+  if (!pipeline_.play()) return fail("the pipeline does not start");
+  patience_ = context_.thread.after(kPatience, [this] { fail("no media connection to the service came about"); });
 }
 
 void PeerConnection::stop() {
   watch_.reset();
+  patience_.reset();
   gst_element_set_state(pipeline_.get(), GST_STATE_NULL);
 }
 
@@ -181,6 +188,7 @@ void PeerConnection::onRemoteCandidate(unsigned line, const std::string& candida
 
 void PeerConnection::onStateChanged(int state) {
   if (state == GST_WEBRTC_PEER_CONNECTION_STATE_CONNECTED && !std::exchange(connected_, true)) {
+    patience_.reset();
     listener_.onPeerConnected();
   }
   if (state == GST_WEBRTC_PEER_CONNECTION_STATE_FAILED) fail("the media connection to the service failed");

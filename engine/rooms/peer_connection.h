@@ -63,6 +63,7 @@ class PeerConnection : public PeerLink::Listener {
   Pipeline pipeline_;
   GstElement* webrtc_ = nullptr;
   AttachedSource watch_;
+  AttachedSource patience_;
   bool offering_ = false;
   bool connected_ = false;
   bool failed_ = false;

@@ -23,7 +23,7 @@ constexpr size_t kMaxMembers = 2 * kMaxPublishers;
 constexpr size_t kMaxStreams = 32;
 // A room can be created by another and end again in between, but not every time.
 constexpr int kMaxAttempts = 5;
-constexpr std::chrono::seconds kJoinPatience(10);
+constexpr std::chrono::seconds kJoinPatience(5);
 
 }  // namespace
 

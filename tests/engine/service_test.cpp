@@ -1,0 +1,257 @@
+// Services that do what no service should: rooms on them fail with a word, or come to be all the same, and others go
+// on.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <map>
+#include <mutex>
+
+#include "corvane_rtc/rtc_room_events.h"
+#include "support/engine_test.h"
+#include "support/fake_service.h"
+
+namespace corvane::test {
+namespace {
+
+constexpr std::chrono::seconds kPatience(20);
+
+// One room, and what it told.
+class SeenRoom final : public rtc::IRTCRoomEventHandler {
+ public:
+  SeenRoom(rtc::IRTCVideo* engine, const std::string& id) : room_(engine->createRTCRoom(id.c_str())) {
+    room_->setRTCRoomEventHandler(this);
+    rtc::RTCRoomConfig config = {};
+    config.is_auto_subscribe_video = true;
+    room_->joinRoom("", {"ann", ""}, config);
+  }
+  ~SeenRoom() {
+    room_->setRTCRoomEventHandler(nullptr);
+    room_->destroy();
+  }
+  SeenRoom(const SeenRoom&) = delete;
+  SeenRoom& operator=(const SeenRoom&) = delete;
+
+  void onRoomStateChanged(const char*, const char*, int32_t state, const char* extra_info) override {
+    note(state, extra_info);
+  }
+  void onStreamSubscribed(int32_t state, const char* user, const rtc::SubscribeConfig&) override {
+    const std::lock_guard lock(mutex_);
+    subscribed_[user] = state;
+    changed_.notify_all();
+  }
+
+  /// The first state that was told, and what was said to it.
+  std::pair<int32_t, std::string> firstState() {
+    std::unique_lock lock(mutex_);
+    if (!changed_.wait_for(lock, kPatience, [this] { return told_; })) return {1, "nothing was told"};
+    return {state_, extra_info_};
+  }
+  /// What became of the subscriptions, when that is known of as many.
+  std::map<std::string, int32_t> subscriptions(size_t count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, kPatience, [this, count] { return subscribed_.size() >= count; });
+    return subscribed_;
+  }
+
+ private:
+  void note(int32_t state, const char* extra_info) {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(told_, true)) return;
+    state_ = state;
+    extra_info_ = extra_info;
+    changed_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool told_ = false;
+  int32_t state_ = 0;
+  std::string extra_info_;
+  std::map<std::string, int32_t> subscribed_;
+  rtc::IRTCRoom* room_;
+};
+
+class ServiceTest : public EngineTest {
+ protected:
+  void SetUp() override {}
+
+  // Which of the services in a list the room of an id is on, as every engine finds.
+  static size_t placeOf(const std::string& id, size_t count) {
+    uint64_t hash = 14695981039346656037ULL;
+    for (const char character : id) {
+      hash ^= static_cast<unsigned char>(character);
+      hash *= 1099511628211ULL;
+    }
+    return hash % count;
+  }
+  static std::string roomAt(size_t place, size_t count) {
+    for (int number = 0;; ++number) {
+      if (std::string id = "room " + std::to_string(number); placeOf(id, count) == place) return id;
+    }
+  }
+  void createWith(const std::vector<std::string>& services) {
+    std::string list;
+    for (const std::string& service : services) list += (list.empty() ? "" : ",") + service;
+    create((R"({"service":[)" + list + "]}").c_str());
+  }
+  static std::string quoted(const std::string& text) { return '"' + text + '"'; }
+};
+
+// Takes connections, and says nothing.
+class DeafPort {
+ public:
+  DeafPort() {
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof(address);
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(socket_, generic, size) == 0 && listen(socket_, 4) == 0) getsockname(socket_, generic, &size);
+    port_ = ntohs(address.sin_port);
+  }
+  ~DeafPort() { close(socket_); }
+  DeafPort(const DeafPort&) = delete;
+  DeafPort& operator=(const DeafPort&) = delete;
+  std::string url() const { return "ws://127.0.0.1:" + std::to_string(port_); }
+
+ private:
+  const int socket_ = socket(AF_INET, SOCK_STREAM, 0);
+  uint16_t port_ = 0;
+};
+
+// Takes the five seconds that a service has for an answer, once for all.
+TEST_F(ServiceTest, FailsWithAWordAndHarmsNoOtherRoom) {
+  const DeafPort deaf;
+  const FakeService silent([](int, const std::string&) { return ServiceAnswer(); });
+  WillingService forgetful_service;
+  const FakeService forgetful([&](int, const std::string& text) {
+    const bool joins = text.find("\"join\"") != std::string::npos;
+    return ServiceAnswer{joins ? std::vector<std::string>() : forgetful_service.answer(text)};
+  });
+  WillingService refusing_service;
+  const FakeService refusing([&](int, const std::string& text) {
+    ServiceAnswer answer{refusing_service.answer(text)};
+    const bool joins = text.find("\"request\":\"join\"") != std::string::npos;
+    for (std::string& reply : answer.texts) {
+      const size_t at = reply.find("\"videoroom\":\"joined\"");
+      if (joins && at != std::string::npos) reply.replace(at, 20, R"("error_code":426,"error":"No such room")");
+    }
+    return answer;
+  });
+  WillingService willing_service;
+  const FakeService willing([&](int, const std::string& text) { return ServiceAnswer{willing_service.answer(text)}; });
+
+  struct Case {
+    std::string service;
+    int32_t state;
+    const char* word;
+  };
+  const std::array<Case, 7> cases = {{
+      {quoted(willing.url()), rtc::kRoomStateJoined, "elapsed"},
+      {quoted(deaf.url()), rtc::kRoomStateJoinFailed, "does not answer"},
+      {quoted(silent.url()), rtc::kRoomStateJoinFailed, "does not answer"},
+      {quoted(forgetful.url()), rtc::kRoomStateJoinFailed, "does not answer"},
+      {quoted(refusing.url()), rtc::kRoomStateJoinFailed, "neither has the room nor creates it"},
+      {quoted("http://host"), rtc::kRoomStateJoinFailed, "is not an address"},
+      {"{}", rtc::kRoomStateJoinFailed, "is not an address"},
+  }};
+  std::vector<std::string> services;
+  for (const Case& each : cases) services.push_back(each.service);
+  createWith(services);
+  std::vector<std::unique_ptr<SeenRoom>> rooms;
+  for (size_t place = 0; place < cases.size(); ++place) {
+    rooms.push_back(std::make_unique<SeenRoom>(engine, roomAt(place, cases.size())));
+  }
+  for (size_t place = 0; place < cases.size(); ++place) {
+    const auto [state, extra_info] = rooms[place]->firstState();
+    EXPECT_EQ(state, cases[place].state) << cases[place].service;
+    EXPECT_NE(extra_info.find(cases[place].word), std::string::npos) << extra_info;
+  }
+}
+
+TEST_F(ServiceTest, BearsNoiseAndSuddenEnds) {
+  WillingService service;
+  std::mutex mutex;
+  std::vector<int> asked;  // connections, by their texts
+  const FakeService fake([&](int connection, const std::string& text) {
+    const std::lock_guard lock(mutex);
+    asked.push_back(connection);
+    ServiceAnswer answer{service.answer(text)};
+    switch (connection) {
+      case 1:  // ends while the room's handle is being attached
+        if (text.find("attach") != std::string::npos) answer = {{}, true};
+        break;
+      case 2:  // ends while the room is being joined
+        if (text.find("\"join\"") != std::string::npos) answer = {{}, true};
+        break;
+      case 3:  // more than any answer has
+        if (text.find("attach") != std::string::npos) answer = {{std::string(5 << 20, ' ')}};
+        break;
+      case 4: {  // noise round everything, and everything twice
+        const std::vector<std::string> once = answer.texts;
+        const char* noise[] = {"",
+                               "\xff\xfe",
+                               "{",
+                               "null",
+                               "[[]]",
+                               "7",
+                               R"({"janus":7})",
+                               R"({"janus":"success"})",
+                               R"({"janus":"event","sender":1,"plugindata":7})",
+                               R"({"janus":"success","transaction":"999","data":{"id":3}})"};
+        answer.texts.assign(std::begin(noise), std::end(noise));
+        answer.texts.push_back(std::string(200'000, '['));
+        answer.texts.insert(answer.texts.end(), once.begin(), once.end());
+        answer.texts.insert(answer.texts.end(), once.begin(), once.end());
+        break;
+      }
+      default:
+        break;
+    }
+    return answer;
+  });
+  createWith({quoted(fake.url())});
+  SeenRoom room(engine, "room");
+  EXPECT_EQ(room.firstState().first, rtc::kRoomStateJoined) << room.firstState().second;
+  const std::lock_guard lock(mutex);
+  EXPECT_EQ(asked.back(), 4);
+}
+
+TEST_F(ServiceTest, RefusesOffersThatMakeNoSense) {
+  constexpr char kHead[] = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nt=0 0\r\n";
+  constexpr char kVideo[] = "m=video 9 UDP/TLS/RTP/SAVPF 96\r\nc=IN IP4 127.0.0.1\r\na=mid:0\r\na=sendonly\r\n";
+  const std::string whole = std::string(kHead) + "a=group:BUNDLE 0\r\n" + kVideo +
+                            "a=rtpmap:96 VP8/90000\r\na=setup:actpass\r\na=rtcp-mux\r\na=ice-ufrag:abcd\r\n"
+                            "a=ice-pwd:0123456789012345678901\r\n";
+  const std::map<std::string, std::string> offers = {
+      {"noise", "\x01\x02 no description"},
+      {"zero", std::string("\0v=0", 4)},
+      {"head", kHead},
+      {"bare", std::string(kHead) + kVideo},
+      {"no fingerprint", whole},
+      {"wrong fingerprint", whole + "a=fingerprint:sha-256 no:hex\r\n"},
+      {"wrong numbers", whole + "a=ssrc:-1 cname:x\r\na=rtcp-fb:999999999999 nack\r\na=extmap:70000 x\r\n"},
+      {"no codec", std::string(kHead) + "m=video 9 UDP/TLS/RTP/SAVPF\r\na=mid:0\r\n"},
+      {"long", std::string(kHead) + "a=" + std::string(1 << 20, 'x') + "\r\n"},
+  };
+  std::vector<std::string> members;
+  for (const auto& [member, offer] : offers) members.push_back(member);
+  WillingService service(members);
+  service.offer = [&](const std::string& member) { return offers.at(member); };
+  const FakeService fake([&](int, const std::string& text) { return ServiceAnswer{service.answer(text)}; });
+  createWith({quoted(fake.url())});
+  SeenRoom room(engine, "room");
+  EXPECT_EQ(room.firstState().first, rtc::kRoomStateJoined);
+  // Those that nothing can come of; the others are given up when no connection has come about for a while.
+  const std::map<std::string, int32_t> results = room.subscriptions(4);
+  for (const char* member : {"noise", "zero", "head", "long"}) {
+    EXPECT_EQ(results.contains(member) ? results.at(member) : -1, rtc::kSubscribeStateFailed) << member;
+  }
+}
+
+}  // namespace
+}  // namespace corvane::test
