@@ -37,6 +37,8 @@ const member = new CallMember(options, {
     if (state === 0) member.tell({ published: true });
     else member.fail(`the camera could not be sent: ${reasonOf(extra_info) ?? state}`, true);
   },
+  // Not before messages reach it.
+  onUserJoined: () => member.tell({ met: true }),
   onLocalAudioPropertiesReport: (event) => microphone?.take({ Type: 'onLocalAudioPropertiesReport', Object: event }),
   onLocalAudioStateChanged: (event) => microphone?.take({ Type: 'onLocalAudioStateChanged', Object: event }),
   onError(event) {
