@@ -3,15 +3,15 @@
 // of a clip that JavaScript pushes, 30 a second, with the time drawn into each: how many arrive, how late, and at what
 // cost. The limit of the rate is what was pushed; those of times and processors are fixed: what a call is not to go beyond.
 
-const { randomUUID } = require('node:crypto');
 const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
-const { holdCall, Member, senderScript } = require('../../demo/call');
+const { holdCall } = require('../../demo/call');
 const { sampleClip } = require('../../demo/samples');
+const { joinOverAndOver } = require('../joins');
 const { median } = require('../rounds');
 
-const joins = 30;
+const joins = 50;
 const joinLimit = 200;
 const joinsTimeout = 120_000;
 // The camera's half, and the pushed pictures'.
@@ -27,37 +27,18 @@ const atMost = (name, value, limit, unit) => ({ name, value, unit, limit, ratio:
 
 const figure = (name, value, unit) => ({ name, value, unit, limit: null, ratio: null, goal: null });
 
-async function joinTimes(camera, logFolder) {
-  const roomId = `bench ${randomUUID()}`;
-  const options = (name) => ({ name, roomId, sender: 'sender', logFolder: path.join(logFolder, name) });
-  const sender = new Member(senderScript, options('sender'));
-  const joiner = new Member(path.join(__dirname, '../room_joiner.js'), options('joiner'));
-  let timer;
-  const late = new Promise((_, reject) => {
-    timer = setTimeout(() => reject(new Error(`${joins} joins took too long`)), joinsTimeout);
-  });
-  const or = (told) => Promise.race([told, late, sender.failure, joiner.failure]);
-  try {
-    await or(Promise.all([sender.told('ready'), joiner.told('ready')]));
-    sender.send('join', { camera });
-    await or(sender.told('published'));
-    joiner.send('measure', { joins });
-    return await or(joiner.told('times'));
-  } finally {
-    clearTimeout(timer);
-    sender.release();
-    joiner.release();
-  }
-}
-
 module.exports = async function roomCalls() {
   const logFolder = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-bench-'));
   process.on('exit', () => fs.rmSync(logFolder, { recursive: true, force: true }));
   const camera = `file:${await sampleClip((text) => console.error(text))}`;
-  const times = await joinTimes('test:ball?width=640&height=360&fps=30', logFolder);
+  const joining = { joins, camera: 'test:ball?width=640&height=360&fps=30', logFolder, timeout: joinsTimeout };
+  const { times, early, late } = await joinOverAndOver(joining);
   const rows = [
     atMost(`joining to the first picture, median of ${joins}`, median(times), joinLimit, 'ms'),
     figure(`joining to the first picture, slowest of ${joins}`, Math.max(...times), 'ms'),
+    atMost(`descriptors after ${joins} joins`, late.descriptors, early.descriptors, ''),
+    atMost(`threads after ${joins} joins`, late.threads, early.threads, ''),
+    figure(`memory that ${joins - 5} joins took`, late.resident_mb - early.resident_mb, 'MB'),
   ];
   for (const { width, height, latency, sender, receiver, stall } of sizes) {
     const { call } = await holdCall({

@@ -136,11 +136,9 @@ std::optional<ServiceAddress> LocalService::locate(Problem& problem) {
 }
 
 bool LocalService::openFolder(Problem& problem) const {
-  const std::string config = folder_ + "/config";
-  mkdir(folder_.c_str(), 0700);
-  mkdir(config.c_str(), 0700);
   // In a folder that everyone may write to, someone else may have been there first.
-  for (const std::string& folder : {folder_, config}) {
+  for (const std::string& folder : {folder_, folder_ + "/config"}) {
+    mkdir(folder.c_str(), 0700);
     struct stat status = {};
     if (lstat(folder.c_str(), &status) != 0) {
       problem.text = lastError(folder);

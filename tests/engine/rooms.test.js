@@ -18,7 +18,7 @@ after(async () => {
   fs.rmSync(workplace, { recursive: true, force: true });
 });
 
-test('two processes see each other, exchange messages and leave', async () => {
+test('processes see each other, exchange messages and leave', async () => {
   const ann = participant('ann');
   const bob = participant('Bób');
   const joined = await ann.join('räume 1');
@@ -28,17 +28,28 @@ test('two processes see each other, exchange messages and leave', async () => {
   assert.deepStrictEqual((await ann.waitFor('onUserJoined')).user_info, { uid: 'Bób', extra_info: 'extra of Bób' });
   assert.deepStrictEqual((await bob.waitFor('onUserJoined')).user_info, { uid: 'ann', extra_info: 'extra of ann' });
 
+  const cy = participant('cy');
+  await cy.join('räume 1');
+  for (const user of [ann, bob]) await user.waitFor('onUserJoined', ({ user_info }) => user_info.uid === 'cy');
+
   const long = 'ä'.repeat(32_000);
   assert.strictEqual(await ann.call('räume 1', 'sendRoomMessage', 'to all'), 1);
   assert.strictEqual(await ann.call('räume 1', 'sendRoomMessage', long), 2);
   assert.strictEqual(await ann.call('räume 1', 'sendUserMessage', 'Bób', 'to one', 0), 0);
   assert.strictEqual(await ann.call('räume 1', 'sendUserMessage', 'nobody', 'to none', 0), 0);
   await bob.waitFor('onUserMessageReceived');
-  assert.deepStrictEqual(bob.of('onRoomMessageReceived'), [{ message: 'to all', uid: 'ann' }, { message: long, uid: 'ann' }]);
+  // A third gets what is for all, and nothing else.
+  assert.strictEqual(await ann.call('räume 1', 'sendRoomMessage', 'the last'), 5);
+  await cy.waitFor('onRoomMessageReceived', ({ message }) => message === 'the last');
+  await bob.waitFor('onRoomMessageReceived', ({ message }) => message === 'the last');
+  assert.deepStrictEqual(cy.of('onUserMessageReceived'), []);
+  const toAll = ['to all', long, 'the last'].map((message) => ({ message, uid: 'ann' }));
+  for (const user of [bob, cy]) assert.deepStrictEqual(user.of('onRoomMessageReceived'), toAll);
   assert.deepStrictEqual(bob.of('onUserMessageReceived'), [{ uid: 'ann', message: 'to one' }]);
   await ann.waitFor('onUserMessageSendResult', ({ msgid }) => msgid === 3);
   const results = (type) => ann.of(type).map(({ msgid, error }) => [msgid, error]).sort();
-  assert.deepStrictEqual(results('onRoomMessageSendResult'), [[1, 0], [2, 0]]);
+  await ann.waitFor('onRoomMessageSendResult', ({ msgid }) => msgid === 5);
+  assert.deepStrictEqual(results('onRoomMessageSendResult'), [[1, 0], [2, 0], [5, 0]]);
   assert.deepStrictEqual(results('onUserMessageSendResult'), [[3, 0], [4, 3]]);
   assert.deepStrictEqual(ann.of('onRoomMessageReceived'), []);
 

@@ -21,6 +21,8 @@ after(async () => {
   fs.rmSync(workplace, { recursive: true, force: true });
 });
 
+const serviceFile = () => path.join(workplace, 'corvane-rtc/service.json');
+
 /** The private service's process: it was started with a folder of the workplace. */
 function servicePid() {
   const found = fs.readdirSync('/proc').filter((pid) => {
@@ -103,9 +105,8 @@ test('the service outlives who started it, and ends with the last', async () => 
   await heir.call('relay', 'sendRoomMessage', 'alone');
   assert.strictEqual((await heir.waitFor('onRoomMessageSendResult')).error, 0);
   assert.strictEqual(servicePid(), pid);
-  const secret = path.join(workplace, 'corvane-rtc/service.json');
-  assert.strictEqual(fs.statSync(secret).mode & 0o777, 0o600);
-  const { port } = JSON.parse(fs.readFileSync(secret));
+  assert.strictEqual(fs.statSync(serviceFile()).mode & 0o777, 0o600);
+  const { port } = JSON.parse(fs.readFileSync(serviceFile()));
   const listening = execFileSync('cat', ['/proc/net/tcp', '/proc/net/tcp6']).toString().split('\n')
     .filter((line) => line.includes(`:${port.toString(16).toUpperCase().padStart(4, '0')} `) && / 0A /.test(line));
   assert.deepStrictEqual(listening.map((line) => line.trim().split(/\s+/)[1].split(':')[0]), ['0100007F']);
@@ -113,9 +114,9 @@ test('the service outlives who started it, and ends with the last', async () => 
   await until('the service ends when its last user was killed', () => servicePid() === undefined);
 });
 
-/** Does requests at the private service as an administrator would. */
-function administrate(body) {
-  const { port, secret } = JSON.parse(fs.readFileSync(path.join(workplace, 'corvane-rtc/service.json')));
+/** Does requests at the private service as an administrator would; what it says to the first one that it refuses. */
+function administrate(body, { secret } = JSON.parse(fs.readFileSync(serviceFile()))) {
+  const { port } = JSON.parse(fs.readFileSync(serviceFile()));
   const script = `
     const socket = new WebSocket('ws://127.0.0.1:${port}', 'janus-protocol');
     const send = (message) => new Promise((resolve) => {
@@ -123,7 +124,12 @@ function administrate(body) {
       socket.send(JSON.stringify({ transaction: 't', apisecret: '${secret}', ...message }));
     });
     socket.onopen = async () => {
-      const session_id = (await send({ janus: 'create' })).data.id;
+      const created = await send({ janus: 'create' });
+      if (created.error) {
+        console.log(JSON.stringify(created.error));
+        process.exit();
+      }
+      const session_id = created.data.id;
       const handle_id = (await send({ janus: 'attach', session_id, plugin: 'janus.plugin.videoroom' })).data.id;
       const answer = await send({ janus: 'message', session_id, handle_id, body: ${JSON.stringify(body)} });
       console.log(JSON.stringify(answer.plugindata.data));
@@ -137,6 +143,7 @@ test('a room with a word to it is joined with that word, and can be ended from o
   await guest.join('hall');
   const room = administrate({ request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true, videocodec: 'h264,vp8' });
   assert.strictEqual(room.videoroom, 'created');
+  for (const secret of ['', 'guessed']) assert.match(administrate({}, { secret }).reason, /Unauthorized/);
   const wrong = await guest.join('locked', { token: 'open barley' });
   assert.strictEqual(wrong.state, -2);
   assert.strictEqual(await guest.call('locked', 'sendRoomMessage', 'x'), -3);

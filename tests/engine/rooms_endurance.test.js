@@ -1,0 +1,24 @@
+'use strict';
+// What joining and leaving leaves behind: nothing that adds up. `npm run bench -- room_calls` does the same for longer.
+
+const assert = require('node:assert');
+const fs = require('node:fs');
+const { test, after } = require('node:test');
+
+const { joinOverAndOver } = require('../../bench/joins.js');
+const { makeWorkplace } = require('./support/participant.js');
+
+const workplace = makeWorkplace();
+after(() => fs.rmSync(workplace, { recursive: true, force: true }));
+
+test('joining and leaving over and over takes no descriptors, threads or memory', async () => {
+  process.env.XDG_RUNTIME_DIR = workplace;
+  const camera = 'test:ball?width=320&height=240&fps=30';
+  const joining = { joins: 15, camera, logFolder: workplace, timeout: 60_000 };
+  const { early, late } = await joinOverAndOver(joining);
+  const told = JSON.stringify({ early, late });
+  assert.ok(late.descriptors <= early.descriptors, told);
+  assert.ok(late.threads <= early.threads, told);
+  // One of the ten feeds between them, kept, would be more.
+  assert.ok(late.resident_mb - early.resident_mb < 20, told);
+});
