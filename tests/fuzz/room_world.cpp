@@ -162,7 +162,7 @@ std::string withTransaction(std::string_view text) {
 
 struct RoomWorld::State final : Service::Listener {
   void onServiceState(Service&, Service::State state, const std::string& problem) override {
-    if (room != nullptr) room->onServiceState(state, problem);
+    if (room != nullptr) room->onServiceState(*service, state, problem);
   }
 
   void join() {
@@ -264,11 +264,20 @@ void waitForSocket() {
 RoomWorld::RoomWorld() : state_(std::make_unique<State>()) {
   onEngineThread([this] {
     State& state = *state_;
-    state.media = std::make_unique<LocalMedia>(context(), "media", state.camera, state.microphone);
+    state.media = std::make_unique<LocalMedia>(context(), kStreamIndexMain, state.camera, state.microphone);
     state.service = std::make_unique<SeenService>(state);
-    state.room = std::make_unique<Room>(RoomContext{context(), *state.media, *state.media, state.sinks, state.snapshots,
-                                                    state.sounds, "room", "", &state.events},
-                                        *state.service);
+    RoomContext room = {.engine = context(),
+                        .camera_media = *state.media,
+                        .screen_media = *state.media,
+                        .sinks = state.sinks,
+                        .snapshots = state.snapshots,
+                        .sounds = state.sounds,
+                        .room_id = "room",
+                        .user_id = "",
+                        .user_extra_info = "",
+                        .events = &state.events};
+    state.room = std::make_unique<Room>(std::move(room), *state.service,
+                                        [&state](const std::string&) -> Service& { return *state.service; });
     state.join();
   });
   waitForSocket();
