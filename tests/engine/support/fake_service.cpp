@@ -27,8 +27,9 @@ void FakeService::Loop::take(SoupWebsocketConnection* connection, const std::str
   const ServiceAnswer answer = script(open[connection], text);
   for (const std::string& each : answer.texts) {
     if (g_utf8_validate(each.data(), static_cast<gssize>(each.size()), nullptr)) {
-      soup_websocket_connection_send_message(connection, SOUP_WEBSOCKET_DATA_TEXT,
-                                             g_bytes_new(each.data(), each.size()));
+      GBytes* bytes = g_bytes_new(each.data(), each.size());
+      soup_websocket_connection_send_message(connection, SOUP_WEBSOCKET_DATA_TEXT, bytes);
+      g_bytes_unref(bytes);
     } else {
       soup_websocket_connection_send_binary(connection, each.data(), each.size());
     }
