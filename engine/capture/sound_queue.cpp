@@ -48,7 +48,7 @@ void SoundQueue::clear() {
 }
 
 bool SoundQueue::pop(SoundBlock& block, const std::stop_token& stop) {
-  const auto block_size = static_cast<size_t>(kBlockFrames * channels_);
+  const auto block_size = static_cast<size_t>(kBlockFrames) * static_cast<size_t>(channels_);
   {
     std::unique_lock lock(mutex_);
     if (!changed_.wait(lock, stop, [&] { return stored() >= block_size; })) return false;

@@ -48,11 +48,11 @@ class ScreenSoundTest : public EngineTest {
     recorder.forget();
     recorder.waitForFrames(60);
     EXPECT_EQ(engine->stopFileRecording(stream_index), rtc::kSuccess);
-    const auto isWhole = [&] {
+    const auto is_whole = [&] {
       const std::filesystem::directory_iterator files(into);
       return files != std::filesystem::directory_iterator() && readMedia(files->path(), false, true).soundMs() > 400;
     };
-    while (!isWhole()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    while (!is_whole()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
     return readMedia(std::filesystem::directory_iterator(into)->path(), false, true);
   }
 
