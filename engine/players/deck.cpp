@@ -253,6 +253,8 @@ int32_t Deck::tracks() const {
 void Deck::onDecoderReady(int64_t duration_ms, int32_t tracks) {
   const std::lock_guard lock(mutex_);
   if (decoder_load_ != load_) return;
+  // Not before the seek has brought something is it known by itself.
+  if (config_.start_ms > 0) queue_->announceSeek(framesOf(config_.start_ms));
   loaded(queue_, duration_ms, tracks);
   if (decoder_load_ == load_) decoder_->run(config_.start_ms);
 }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cmath>
 #include <condition_variable>
 #include <filesystem>
 #include <fstream>
@@ -245,6 +246,170 @@ TEST_F(PlayersTest, TellsWhyItCannotPlay) {
         effects_.getPosition(1), effects_.setVolume(1, 1), effects_.getVolume(1), effects_.getDuration(1)}) {
     EXPECT_EQ(result, kNotFound);
   }
+}
+
+/// Samples that an application pushes: 20 ms at 16 kHz in one channel.
+class PushedFrame final : public IAudioFrame {
+ public:
+  explicit PushedFrame(int16_t level) : samples_(320, level) {}
+  int64_t timestampUs() const override { return 0; }
+  int32_t sampleRate() const override { return rate_; }
+  int32_t channels() const override { return 1; }
+  uint8_t* data() const override { return reinterpret_cast<uint8_t*>(const_cast<int16_t*>(samples_.data())); }
+  int32_t dataSize() const override { return static_cast<int32_t>(samples_.size() * sizeof(int16_t)); }
+  int32_t frameType() const override { return kAudioFrameTypePCM16; }
+  bool isMuted() const override { return false; }
+  void release() override {}
+
+  int32_t rate_ = 16000;
+
+ private:
+  std::vector<int16_t> samples_;
+};
+
+constexpr MediaPlayerConfig kOpened = {kPlayerOutputPlayoutAndPublish, 1, 0, 100, false, false};
+
+TEST_F(PlayersTest, AMediaPlayerOpensPlaysSeeksAndPlaysAgain) {
+  MediaPlayer& player = players_.mediaPlayer(5);
+  player.setEventHandler(&recorder_);
+  for (const int32_t result : {player.start(), player.stop(), player.pause(), player.resume(), player.setPosition(1),
+                               player.getPosition(), player.getTotalDuration(), player.getPlaybackDuration(),
+                               player.getAudioTrackCount(), player.selectAudioTrack(0)}) {
+    EXPECT_EQ(result, kWrongState);
+  }
+  ASSERT_EQ(player.open(level().c_str(), kOpened), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStateOpened, kPlayerErrorOk));
+  EXPECT_EQ(player.getTotalDuration(), 10'000);
+  EXPECT_EQ(player.getAudioTrackCount(), 1);
+  EXPECT_EQ(player.getPosition(), 0);
+  EXPECT_FALSE(speaker_ear_.heard_);
+  ASSERT_EQ(player.start(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStatePlaying, kPlayerErrorOk));
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest == 1000; }));
+  EXPECT_TRUE(sent_ear_.waitFor([](int32_t loudest) { return loudest == 750; }));
+  EXPECT_TRUE(sent_ear_.waitFor([this](int32_t) { return recorder_.progress_ >= 100; }));
+
+  // What is heard here and what is sent have volumes of their own.
+  EXPECT_EQ(player.setVolume(200, kPlayerOutputPlayout), kSuccess);
+  EXPECT_EQ(player.setVolume(10, kPlayerOutputPublish), kSuccess);
+  EXPECT_EQ(player.getVolume(kPlayerOutputPlayout), 200);
+  EXPECT_EQ(player.getVolume(kPlayerOutputPublish), 10);
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest == 2000; }));
+  EXPECT_TRUE(sent_ear_.waitFor([](int32_t loudest) { return loudest == 75; }));
+  EXPECT_EQ(player.setAudioDualMonoMode(kPlayerDualMonoRight), kSuccess);
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest == 1000; }));
+
+  EXPECT_EQ(player.setPosition(10'001), kInvalidParameter);
+  ASSERT_EQ(player.pause(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStatePaused, kPlayerErrorOk));
+  ASSERT_EQ(player.setPosition(9700), kSuccess);
+  EXPECT_EQ(player.getPosition(), 9700);
+  ASSERT_EQ(player.resume(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStatePlaying, kPlayerErrorOk));
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStateFinished, kPlayerErrorOk));
+  EXPECT_GE(recorder_.progress_, 9700);
+  ASSERT_EQ(player.start(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStatePlaying, kPlayerErrorOk));
+  EXPECT_LT(player.getPosition(), 5000);
+  ASSERT_EQ(player.stop(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStateStopped, kPlayerErrorOk));
+  ASSERT_EQ(player.open(folder_.file("none").c_str(), kOpened), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(5, kPlayerStateFailed, kPlayerErrorInvalidPath));
+  EXPECT_EQ(player.start(), kWrongState);
+
+  for (const int32_t result :
+       {player.open("", kOpened), player.open("x", {3, 1, 0, 0, false, false}),
+        player.open("x", {0, 1, 0, 99, false, false}), player.setVolume(-1, 0), player.setVolume(1, 3),
+        player.getVolume(2), player.setAudioPitch(13), player.setPlaybackSpeed(49), player.setLoudness(1.0F),
+        player.setLoudness(std::nanf("")), player.setAudioDualMonoMode(4), player.setProgressInterval(99),
+        player.setPosition(-1)}) {
+    EXPECT_EQ(result, kInvalidParameter);
+  }
+  player.setEventHandler(nullptr);
+}
+
+TEST_F(PlayersTest, AMediaPlayerSelectsTracks) {
+  const std::string film = folder_.file("film.mkv");
+  const auto track = [](int samples, const char* volume) {
+    return "audiotestsrc wave=square freq=100 samplesperbuffer=480 num-buffers=" + std::to_string(samples) +
+           " volume=" + volume + " ! audio/x-raw,format=S16LE,rate=48000,channels=2 ! queue ! mux. ";
+  };
+  ASSERT_TRUE(test::runPipeline("matroskamux name=mux ! filesink location=" + film +
+                                " videotestsrc num-buffers=50 ! video/x-raw,width=16,height=16,framerate=10/1 ! mux. " +
+                                track(500, "0.1") + track(500, "0.5")));
+  MediaPlayer& player = players_.mediaPlayer(6);
+  player.setEventHandler(&recorder_);
+  MediaPlayerConfig config = kOpened;
+  config.auto_play = true;
+  ASSERT_EQ(player.open(film.c_str(), config), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(6, kPlayerStateOpened, kPlayerErrorOk));
+  EXPECT_EQ(recorder_.next(), Told(6, kPlayerStatePlaying, kPlayerErrorOk));
+  ASSERT_EQ(player.getAudioTrackCount(), 2);
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest > 2500 && loudest < 4000; }));
+  EXPECT_EQ(player.selectAudioTrack(2), kInvalidParameter);
+  ASSERT_EQ(player.selectAudioTrack(1), kSuccess);
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest > 15000; }));
+  EXPECT_LT(player.getPosition(), 5000);
+  player.setEventHandler(nullptr);
+}
+
+TEST_F(PlayersTest, AMediaPlayerPlaysWhatIsPushed) {
+  MediaPlayer& player = players_.mediaPlayer(-7);
+  player.setEventHandler(&recorder_);
+  PushedFrame frame(3000);
+  EXPECT_EQ(player.openWithCustomSource({1, 0}, kOpened), kNotSupported);
+  EXPECT_EQ(player.pushExternalAudioFrame(&frame), kWrongState);
+  ASSERT_EQ(player.openWithCustomSource({0, 0}, kOpened), kSuccess);
+  EXPECT_EQ(player.pushExternalAudioFrame(&frame), kWrongState);
+  ASSERT_EQ(player.start(), kSuccess);
+  int32_t pushed = 0;
+  for (int count = 0; count < 100 && pushed == kSuccess; ++count) pushed = player.pushExternalAudioFrame(&frame);
+  EXPECT_EQ(pushed, kFailure);  // more than half a second ahead
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest >= 2990; }));
+  EXPECT_EQ(player.setPosition(0), kNotSupported);
+  frame.rate_ = 7000;
+  EXPECT_EQ(player.pushExternalAudioFrame(&frame), kInvalidParameter);
+  EXPECT_EQ(player.pushExternalAudioFrame(nullptr), kInvalidParameter);
+  player.setEventHandler(nullptr);
+}
+
+TEST_F(PlayersTest, MixesFilesById) {
+  const AudioMixingConfig endless = {kAudioMixingTypePlayoutAndPublish, -1, 200, 10, false};
+  ASSERT_EQ(mixing_.preloadAudioMixing(1, counting(300).c_str()), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(1, kAudioMixingStatePreloaded, kAudioMixingErrorOk));
+  EXPECT_EQ(mixing_.getAudioMixingDuration(1), 300);
+  mixing_.startAudioMixing(1, level().c_str(), endless);
+  EXPECT_EQ(recorder_.next(), Told(1, kAudioMixingStateFailed, kAudioMixingErrorLoadConflict));
+  mixing_.startAudioMixing(1, "", endless);
+  EXPECT_EQ(recorder_.next(), Told(1, kAudioMixingStatePlaying, kAudioMixingErrorOk));
+  EXPECT_TRUE(speaker_ear_.waitFor([this](int32_t) { return recorder_.progress_ >= 0; }));
+  mixing_.startAudioMixing(2, level().c_str(), endless);
+  EXPECT_EQ(recorder_.next(), Told(2, kAudioMixingStatePlaying, kAudioMixingErrorOk));
+  EXPECT_EQ(mixing_.getAudioMixingDuration(2), 10'000);
+  EXPECT_GE(mixing_.getAudioMixingCurrentPosition(2), 200);
+  EXPECT_EQ(mixing_.pauseAllAudioMixing(), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(1, kAudioMixingStatePaused, kAudioMixingErrorOk));
+  EXPECT_EQ(recorder_.next(), Told(2, kAudioMixingStatePaused, kAudioMixingErrorOk));
+  EXPECT_EQ(mixing_.unloadAudioMixing(1), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(1, kAudioMixingStateStopped, kAudioMixingErrorOk));
+  // A file that is said to be at -28 LUFS is turned up by 12 dB.
+  EXPECT_EQ(mixing_.setAudioMixingLoudness(2, -28.0), kSuccess);
+  EXPECT_EQ(mixing_.setAudioMixingVolume(2, 50, kAudioMixingTypePlayout), kSuccess);
+  EXPECT_EQ(mixing_.resumeAudioMixing(2), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(2, kAudioMixingStatePlaying, kAudioMixingErrorOk));
+  EXPECT_TRUE(speaker_ear_.waitFor([](int32_t loudest) { return loudest > 1985 && loudest < 1995; }));
+  EXPECT_TRUE(sent_ear_.waitFor([](int32_t loudest) { return loudest > 2980 && loudest < 2992; }));
+  EXPECT_EQ(mixing_.stopAudioMixing(2), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(2, kAudioMixingStateStopped, kAudioMixingErrorOk));
+
+  mixing_.startAudioMixing(3, folder_.file("none").c_str(), endless);
+  EXPECT_EQ(recorder_.next(), Told(3, kAudioMixingStateFailed, kAudioMixingErrorStartFailed));
+  mixing_.startAudioMixing(3, level().c_str(), {0, 1, 0, 9, false});
+  EXPECT_EQ(recorder_.next(), Told(3, kAudioMixingStateFailed, kAudioMixingErrorStartFailed));
+  EXPECT_EQ(mixing_.preloadAudioMixing(3, text("x.wav", "x").c_str()), kSuccess);
+  EXPECT_EQ(recorder_.next(), Told(3, kAudioMixingStateFailed, kAudioMixingErrorPreloadFailed));
+  EXPECT_EQ(mixing_.stopAudioMixing(2), kNotFound);
+  EXPECT_EQ(mixing_.setAudioMixingPitch(2, 13), kInvalidParameter);
 }
 
 TEST_F(PlayersTest, EndsWhileItPlays) {
