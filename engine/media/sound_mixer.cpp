@@ -10,11 +10,11 @@ namespace {
 
 // From one block to another that follows it, in the time of one.
 void fadeOver(SoundBlock& block, const SoundBlock& to) {
+  auto next = to.samples().begin();
+  auto sample = block.samples().begin();
   for (int32_t frame = 0; frame < kBlockFrames; ++frame) {
-    for (int32_t channel = 0; channel < block.channels; ++channel) {
-      int16_t& sample = block.storage[static_cast<size_t>(frame * block.channels + channel)];
-      const int32_t next = to.storage[static_cast<size_t>(frame * block.channels + channel)];
-      sample = static_cast<int16_t>((sample * (kBlockFrames - frame) + next * frame) / kBlockFrames);
+    for (int32_t channel = 0; channel < block.channels; ++channel, ++sample, ++next) {
+      *sample = static_cast<int16_t>((*sample * (kBlockFrames - frame) + *next * frame) / kBlockFrames);
     }
   }
 }
