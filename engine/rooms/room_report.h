@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "core/processor_load.h"
 #include "corvane_rtc/room_statistics.h"
 #include "rooms/connection_stats.h"
-#include "core/processor_load.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {
