@@ -16,6 +16,7 @@ const corvane::fuzz::Target* chosen = nullptr;
 extern "C" {
 
 // Names and shapes are libFuzzer's.
+// NOLINTBEGIN(readability-identifier-naming)
 __attribute__((visibility("default"))) int LLVMFuzzerInitialize(int* count, char*** arguments) {
   constexpr std::string_view kOption = "--target=";
   for (int index = 1; index < *count; ++index) {
@@ -37,4 +38,5 @@ __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(const uint8_t*
   return 0;
 }
 
+// NOLINTEND(readability-identifier-naming)
 }  // extern "C"

@@ -59,7 +59,7 @@ TEST_F(LocalServiceTest, UsesNoFolderThatIsNotItsUsersAlone) {
   std::ofstream(folder) << "a file";
   EXPECT_TRUE(refuses(reason)) << "a file: " << problem.text;
   unlink(folder.c_str());
-  for (const mode_t mode : {0750, 0705, 0777}) {
+  for (const mode_t mode : {0750U, 0705U, 0777U}) {
     mkdir(folder.c_str(), 0700);
     chmod(folder.c_str(), mode);
     EXPECT_TRUE(refuses(reason)) << mode << ": " << problem.text;

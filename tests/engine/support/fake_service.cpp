@@ -97,7 +97,7 @@ std::vector<std::string> WillingService::answer(const std::string& request) {
   if (request.empty()) return {};
   const Json asked = Json::parse(request);
   const std::string kind = asked["janus"];
-  const Json transaction = asked["transaction"];
+  const Json& transaction = asked["transaction"];
   if (kind == "create" || kind == "attach") {
     return {Json{{"janus", "success"}, {"transaction", transaction}, {"data", {{"id", ++last_id_}}}}.dump()};
   }
