@@ -32,8 +32,10 @@ void RtcVideo::onAudioDeviceChosen(AudioDeviceKind kind, const std::string& id) 
   context_.thread.post([this, is_microphone, id] {
     if (is_microphone) {
       audio_capture_->setMicrophone(id);
+      device_trials_->chooseMicrophone(id);
     } else {
       speaker_->setSpeaker(id);
+      device_trials_->chooseSpeaker(id);
     }
   });
 }

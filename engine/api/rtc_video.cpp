@@ -33,7 +33,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
       captured_sound_(sound_hooks_),
       played_sound_(playback_, sound_hooks_, captured_sound_.taps()),
       sound_devices_(context_, parameters_.microphones),
-      audio_devices_(sound_devices_, *this) {
+      audio_devices_(sound_devices_, device_tests_, *this) {
   playback_.taps().add(captured_sound_.cleaner().reference());
   context_.log.info("engine %s of application \"%s\"", CORVANE_RTC_VERSION, app_id);
   playback_.onInput([this] { context_.thread.post([this] { speaker_->wake(); }); });
@@ -53,6 +53,9 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     context_.on_capturing = [this](int32_t stream_index, int32_t media, bool captures) {
       if (rooms_ != nullptr) rooms_->setCapturing(stream_index, media, captures);
     };
+    device_trials_ = std::make_unique<DeviceTrials>(context_, sound_devices_,
+                                                    DeviceUse{.captures = [this] { return audio_capture_->isOn(); },
+                                                              .is_in_room = [this] { return rooms_->isInRoom(); }});
     std::string problem;
     const bool have_gstreamer = startGStreamer(problem);
     if (!have_gstreamer) {
@@ -72,6 +75,7 @@ RtcVideo::~RtcVideo() {
   door_->close();
   context_.thread.finish([this] {
     players_.shutDown();
+    device_trials_.reset();
     rooms_.reset();
     recordings_.end();
     screen_capture_.reset();

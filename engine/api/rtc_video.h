@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "api/device_tests.h"
 #include "api/missing_operations.h"
 #include "api/room_door.h"
 #include "api/video_effect.h"
@@ -258,6 +259,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   Players players_{context_, playback_, sent_sound_};
   RemoteSounds remote_sounds_{playback_, sound_hooks_};
   AudioDeviceList sound_devices_;
+  PostedDeviceTests device_tests_{context_.thread, device_trials_};
   AudioDeviceManager audio_devices_;
   Recordings recordings_{context_,
                          {local_video_.taps(), screen_taps_, sent_sound_.taps(), screen_sound_taps_,
@@ -271,6 +273,7 @@ class RtcVideo final : public IRTCVideo, private AudioDeviceManager::Listener {
   std::unique_ptr<AudioCapture> audio_capture_;
   std::unique_ptr<AudioReport> audio_report_;
   std::unique_ptr<Speaker> speaker_;
+  std::unique_ptr<DeviceTrials> device_trials_;
   std::unique_ptr<Rooms> rooms_;
   RemoteSinks remote_sinks_;
   const std::shared_ptr<RoomDoor> door_ = std::make_shared<RoomDoor>(*this);

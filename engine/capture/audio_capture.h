@@ -26,6 +26,7 @@ class AudioCapture final : public CaptureSource::Listener {
 
   void start();
   void stop();
+  bool isOn() const { return wanted_; }
   /// Also while capturing. "" follows the machine's default.
   void setMicrophone(const std::string& id);
   /// Whether sound comes from the application, until it no longer does: microphones stay off.

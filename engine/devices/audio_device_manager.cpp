@@ -50,10 +50,15 @@ bool isListed(const std::vector<AudioDeviceEntry>& devices, const std::string& i
   return std::any_of(devices.begin(), devices.end(), [&](const AudioDeviceEntry& entry) { return entry.id == id; });
 }
 
+std::string textOf(const char* text) {
+  return text != nullptr ? text : "";
+}
+
 }  // namespace
 
-AudioDeviceManager::AudioDeviceManager(const AudioDeviceList& devices, Listener& listener)
+AudioDeviceManager::AudioDeviceManager(const AudioDeviceList& devices, DeviceTests& tests, Listener& listener)
     : devices_(devices),
+      tests_(tests),
       listener_(listener),
       microphone_{AudioDeviceKind::kMicrophone, {}, kFullVolume, false},
       speaker_{AudioDeviceKind::kSpeaker, {}, kFullVolume, false} {}
@@ -105,16 +110,20 @@ IAudioDeviceCollection* AudioDeviceManager::enumerate(const Side& side) const {
   return std::make_unique<DeviceCollection>(std::move(devices)).release();
 }
 
-int32_t AudioDeviceManager::choose(Side& side, const char* device_id) {
-  const std::string id = device_id != nullptr ? device_id : "";
+int32_t AudioDeviceManager::check(const Side& side, const std::string& id) const {
   // An id has to fit the buffer in which it is handed back.
   if (id.empty() || id.size() >= kDeviceTextSize) return kInvalidParameter;
   const IdKind kind = kindOf(side.kind, id);
   if (kind == IdKind::kNone) {
     return side.kind == AudioDeviceKind::kMicrophone && id.starts_with("test:") ? kInvalidParameter : kNotFound;
   }
-  if (kind == IdKind::kDevice && !isListed(devices_.snapshot(side.kind), id)) return kNotFound;
   // A clip may come to be there before capture starts, so whether it is there shows only then.
+  return kind == IdKind::kDevice && !isListed(devices_.snapshot(side.kind), id) ? kNotFound : kSuccess;
+}
+
+int32_t AudioDeviceManager::choose(Side& side, const char* device_id) {
+  const std::string id = textOf(device_id);
+  if (const int32_t status = check(side, id); status != kSuccess) return status;
   side.chosen = id;
   listener_.onAudioDeviceChosen(side.kind, id);
   return kSuccess;
@@ -200,54 +209,67 @@ int32_t AudioDeviceManager::setMute(Side& side, bool mute) {
   return kSuccess;
 }
 
-// What is not offered.
+// Trying out devices.
 
-int32_t AudioDeviceManager::enableVocalInstrumentBalance(bool /*enable*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::initAudioPlaybackDeviceForTest(const char* device_id) {
+  const std::string id = textOf(device_id);
+  const int32_t status = check(speaker_, id);
+  return status == kSuccess ? tests_.useSpeaker(id) : status;
 }
 
-int32_t AudioDeviceManager::initAudioPlaybackDeviceForTest(const char* /*device_id*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::initAudioCaptureDeviceForTest(const char* device_id) {
+  const std::string id = textOf(device_id);
+  const int32_t status = check(microphone_, id);
+  return status == kSuccess ? tests_.useMicrophone(id) : status;
 }
 
-int32_t AudioDeviceManager::initAudioCaptureDeviceForTest(const char* /*device_id*/) {
-  return listener_.notSupported(__func__);
-}
-
-int32_t AudioDeviceManager::startAudioPlaybackDeviceTest(const char* /*test_audio_file_path*/,
-                                                         uint32_t /*indication_interval*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::startAudioPlaybackDeviceTest(const char* test_audio_file_path,
+                                                         uint32_t indication_interval) {
+  return tests_.startPlaying(textOf(test_audio_file_path), indication_interval);
 }
 
 int32_t AudioDeviceManager::stopAudioPlaybackDeviceTest() {
-  return listener_.notSupported(__func__);
+  return tests_.stopPlaying();
 }
 
-int32_t AudioDeviceManager::startAudioDeviceRecordTest(int32_t /*indication_interval*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::startAudioDeviceRecordTest(int32_t indication_interval) {
+  return tests_.startRecording(indication_interval);
 }
 
 int32_t AudioDeviceManager::stopAudioDeviceRecordAndPlayTest() {
-  return listener_.notSupported(__func__);
+  return tests_.replay();
 }
 
 int32_t AudioDeviceManager::stopAudioDevicePlayTest() {
-  return listener_.notSupported(__func__);
+  return tests_.stopReplaying();
 }
 
-int32_t AudioDeviceManager::startEchoTest(const EchoTestConfig& /*config*/, int32_t /*delay_time*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::startEchoTest(const EchoTestConfig& config, int32_t delay_time) {
+  constexpr int32_t kShortestDelay = 2;
+  constexpr int32_t kLongestDelay = 10;
+  constexpr int32_t kShortestInterval = 100;
+  const int32_t interval = config.audio_properties_report_interval;
+  if (delay_time < kShortestDelay || delay_time > kLongestDelay || (interval > 0 && interval < kShortestInterval)) {
+    return kInvalidParameter;
+  }
+  return tests_.startEchoTest(interval, delay_time);
 }
 
 int32_t AudioDeviceManager::stopEchoTest() {
-  return listener_.notSupported(__func__);
+  return tests_.stopEchoTest();
 }
 
-int32_t AudioDeviceManager::startHardwareEchoDetection(const char* /*test_audio_file_path*/) {
-  return listener_.notSupported(__func__);
+int32_t AudioDeviceManager::startHardwareEchoDetection(const char* test_audio_file_path) {
+  return tests_.startEchoDetection(textOf(test_audio_file_path));
 }
 
 int32_t AudioDeviceManager::stopHardwareEchoDetection() {
+  return tests_.stopEchoDetection();
+}
+
+// What is not offered.
+
+int32_t AudioDeviceManager::enableVocalInstrumentBalance(bool /*enable*/) {
   return listener_.notSupported(__func__);
 }
 

@@ -6,6 +6,7 @@
 
 #include "corvane_rtc/device_manager.h"
 #include "devices/audio_device_list.h"
+#include "devices/device_tests.h"
 
 namespace corvane::rtc {
 
@@ -24,8 +25,8 @@ class AudioDeviceManager final : public IAudioDeviceManager {
     ~Listener() = default;
   };
 
-  /// Both outlive this.
-  AudioDeviceManager(const AudioDeviceList& devices, Listener& listener);
+  /// All outlive this.
+  AudioDeviceManager(const AudioDeviceList& devices, DeviceTests& tests, Listener& listener);
 
   IAudioDeviceCollection* enumerateAudioPlaybackDevices() override;
   IAudioDeviceCollection* enumerateAudioCaptureDevices() override;
@@ -70,6 +71,8 @@ class AudioDeviceManager final : public IAudioDeviceManager {
   };
 
   IAudioDeviceCollection* enumerate(const Side& side) const;
+  /// kSuccess for an id that can be chosen.
+  int32_t check(const Side& side, const std::string& id) const;
   int32_t choose(Side& side, const char* device_id);
   int32_t current(const Side& side, char* device_id) const;
   int32_t follow(Side& side, bool followed);
@@ -77,6 +80,7 @@ class AudioDeviceManager final : public IAudioDeviceManager {
   int32_t setMute(Side& side, bool mute);
 
   const AudioDeviceList& devices_;
+  DeviceTests& tests_;
   Listener& listener_;
   bool filters_silent_ = false;
   Side microphone_;

@@ -47,6 +47,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void join(RoomJoin join);
   /// Reports onLeaveRoom, if the room was joined or was being joined.
   void leave();
+  /// Neither in it nor on the way.
+  bool isOut() const { return state_ == State::kOut; }
 
   // Of one stream, a StreamIndex.
 

@@ -1,5 +1,6 @@
 #include "rooms/rooms.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -70,6 +71,10 @@ void Rooms::setCapturing(int32_t stream_index, int32_t media, bool captures) {
 std::shared_ptr<Room> Rooms::find(const std::string& id) const {
   const auto found = rooms_.find(id);
   return found != rooms_.end() ? found->second : nullptr;
+}
+
+bool Rooms::isInRoom() const {
+  return std::any_of(rooms_.begin(), rooms_.end(), [](const auto& room) { return !room.second->isOut(); });
 }
 
 void Rooms::destroy(const std::string& id) {

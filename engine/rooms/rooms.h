@@ -34,6 +34,8 @@ class Rooms final : public Service::Listener {
   void destroy(const std::string& id);
   /// Whether one of the local streams is captured now.
   void setCapturing(int32_t stream_index, int32_t media, bool captures);
+  /// Whether any room is, or is being, joined.
+  bool isInRoom() const;
   /// Of a StreamIndex.
   LocalMedia& media(int32_t stream_index) { return stream_index == kStreamIndexScreen ? *screen_ : *camera_; }
 

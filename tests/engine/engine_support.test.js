@@ -59,6 +59,16 @@ fs.writeFileSync(image, Buffer.from('iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fpt
 const place = { x: 0, y: 0, width: 0.5, height: 0.5 };
 const watermark = { visible_in_preview: true, position_in_landscape_mode: place, position_in_portrait_mode: place };
 const whole = { sample_rate: 0, channel: 0, samples_per_call: 0 };
+// A tenth of a second of silence.
+const clip = path.join(logFolder, 'clip.wav');
+const riff = Buffer.alloc(44 + 9600);
+riff.write('RIFF');
+riff.writeUInt32LE(36 + 9600, 4);
+riff.write('WAVEfmt ', 8);
+for (const [at, value] of [[16, 16], [24, 48000], [28, 96000], [40, 9600]]) riff.writeUInt32LE(value, at);
+for (const [at, value] of [[20, 1], [22, 1], [32, 2], [34, 16]]) riff.writeUInt16LE(value, at);
+riff.write('data', 36);
+fs.writeFileSync(clip, riff);
 const reports = { interval: 100, smooth: 1, local_main_report_mode: 0, audio_report_mode: 0 };
 const display = startDisplay();
 const parts = { highlight_config: { enable_highlight: true, border_color: 0xff0000, border_width: 4 } };
@@ -87,6 +97,11 @@ const fitting = {
   setAudioCaptureDevice: ['test:sine'],
   setAudioPlaybackDeviceVolume: [100],
   setAudioCaptureDeviceVolume: [100],
+  initAudioPlaybackDeviceForTest: ['null:'],
+  initAudioCaptureDeviceForTest: ['test:sine'],
+  startAudioPlaybackDeviceTest: [clip, 100],
+  startEchoTest: [{ audio_properties_report_interval: 100, uid: 'user', room_id: 'room', token: '' }, 2],
+  startHardwareEchoDetection: [clip],
   setVideoCaptureDevice: ['test:ball'],
   setVideoCaptureConfig: [{ capture_preference: 1, width: 320, height: 180, frame_rate: 15 }],
   setDummyCaptureImagePath: [image],

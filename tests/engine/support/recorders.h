@@ -20,7 +20,8 @@ inline constexpr std::chrono::seconds kPatience(30);
 
 /// Keeps the events of capture as texts: "device test:smpte 1 0", "screen-device window:7 1 0", "stream 0 1 0", "first
 /// 0 640x360", "size 0 320x180", "error -4"; of sound "microphone test:sine 1 0", "speaker null: 4 0", "sound 1 0",
-/// "first sound 0", "volume 1 128 0", "warning test:silence 1 2". Numbers are those of the published headers.
+/// "first sound 0", "volume 1 128 0", "warning test:silence 1 2", "played 51", "echo test 0", "echo 3". Numbers are
+/// those of the published headers.
 class EventRecorder final : public rtc::IRTCVideoEventHandler {
  public:
   void onError(int32_t err) override;
@@ -35,6 +36,9 @@ class EventRecorder final : public rtc::IRTCVideoEventHandler {
   void onAudioDeviceVolumeChanged(int32_t device_type, int32_t volume, bool muted) override;
   void onLocalAudioStateChanged(int32_t state, int32_t error) override;
   void onFirstLocalAudioFrame(int32_t index) override;
+  void onAudioPlaybackDeviceTestVolume(int32_t volume) override { add("played " + std::to_string(volume)); }
+  void onEchoTestResult(int32_t result) override { add("echo test " + std::to_string(result)); }
+  void onHardwareEchoDetectionResult(int32_t result) override { add("echo " + std::to_string(result)); }
   void onLocalAudioPropertiesReport(const rtc::LocalAudioPropertiesInfo* infos, int32_t count) override;
   void onRemoteAudioPropertiesReport(const rtc::RemoteAudioPropertiesInfo* infos, int32_t count,
                                      int32_t total_remote_volume) override;
