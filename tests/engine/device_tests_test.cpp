@@ -18,7 +18,7 @@ class DeviceTestsTest : public EngineTest {
 
   /// A second of a tone of that amplitude.
   std::string tone(const std::string& amplitude) {
-    const std::string path = folder.file("tone.wav");
+    std::string path = folder.file("tone.wav");
     EXPECT_TRUE(runPipeline("audiotestsrc num-buffers=100 samplesperbuffer=480 volume=" + amplitude +
                             " ! audio/x-raw,rate=48000,channels=1 ! wavenc ! filesink location=" + path));
     return path;

@@ -80,12 +80,12 @@ TEST(VoiceEffects, TurnsOneBandAndLeavesTheOthers) {
       VoiceEffects effects;
       ASSERT_EQ(effects.setBand({band, gain}), kSuccess);
       const double centre = 31.25 * std::pow(2.0, band);
-      const auto gainAt = [&](double hertz) {
+      const auto gain_at = [&](double hertz) {
         const std::vector<int16_t> sound = through(effects, test::sine(hertz, 0.1), 60);
         return decibels(blocksOf(sound, 20, 60)) + 20.0;
       };
-      EXPECT_NEAR(gainAt(centre), gain, 0.3) << band;
-      EXPECT_NEAR(gainAt(band < 5 ? centre * 8.0 : centre / 8.0), 0.0, 1.0) << band;
+      EXPECT_NEAR(gain_at(centre), gain, 0.3) << band;
+      EXPECT_NEAR(gain_at(band < 5 ? centre * 8.0 : centre / 8.0), 0.0, 1.0) << band;
     }
   }
 }
