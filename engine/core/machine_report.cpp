@@ -41,7 +41,7 @@ std::string defaultInterface() {
   std::ifstream routes6("/proc/net/ipv6_route");
   while (std::getline(routes6, line)) {
     const bool everywhere = line.starts_with("00000000000000000000000000000000 00 ");
-    const std::string interface = line.substr(line.find_last_of(' ') + 1);
+    std::string interface = line.substr(line.find_last_of(' ') + 1);
     if (everywhere && interface != "lo") return interface;
   }
   return "";
