@@ -30,6 +30,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
 
   /// What the user says that it publishes: MediaStreamType.
   void setPublished(int32_t media) { published_ = media; }
+  int32_t published() const { return published_; }
   void setMetaData(const std::string& text);
   /// What the service has.
   void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }

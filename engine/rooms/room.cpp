@@ -238,7 +238,10 @@ void Room::refresh(Entry& entry) {
   if (!user.state().visible) return hide(entry);
   tellCapturing(entry);
   for (RemoteStream& stream : user.streams()) {
-    tellPublished(stream, user.uid(), stream.available(), kStreamRemoveReasonUnpublish);
+    // A screen whose user has not taken it back has lost its connection, as its user may have, too.
+    const bool is_lost = stream.isScreen() && (stream.told() & stream.published() & ~stream.available()) != 0;
+    tellPublished(stream, user.uid(), stream.available(),
+                  is_lost ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish);
   }
 }
 

@@ -65,12 +65,23 @@ void JanusConnection::request(const char* kind, int64_t handle, Json message, An
   socket_->send(jsonText(message));
 }
 
-void JanusConnection::retire(std::unique_ptr<JanusHandle> handle, Json last) {
+void JanusConnection::retire(std::unique_ptr<JanusHandle> handle, std::deque<Json> last) {
   JanusHandle* key = handle.get();
   if (state_ != State::kUp) return;
   key->silence();
   retired_[key] = std::move(handle);
-  key->send(std::move(last), [this, key](const Json&, const std::string&) { retired_.erase(key); });
+  sendLast(key, std::move(last));
+}
+
+void JanusConnection::sendLast(JanusHandle* handle, std::deque<Json> last) {
+  if (last.empty()) {
+    retired_.erase(handle);
+    return;
+  }
+  Json next = std::move(last.front());
+  last.pop_front();
+  handle->send(std::move(next),
+               [this, handle, last = std::move(last)](const Json&, const std::string&) { sendLast(handle, last); });
 }
 
 void JanusConnection::connect() {

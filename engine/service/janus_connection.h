@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -48,11 +49,13 @@ class JanusConnection final : public Service, public WebSocket::Listener {
     const auto found = handles_.find(id);
     if (found != handles_.end() && found->second == &handle) handles_.erase(found);
   }
-  /// Sends a last message over the handle, whose listener is told no more, and detaches it when that was answered:
-  /// a server forgets what it has not worked off when it is told to detach.
-  void retire(std::unique_ptr<JanusHandle> handle, Json last);
+  /// Sends last messages over the handle, whose listener is told no more, each when the one before was answered, and
+  /// detaches it then: a server works on several messages at once, and forgets what it has not worked off when it is
+  /// told to detach.
+  void retire(std::unique_ptr<JanusHandle> handle, std::deque<Json> last);
 
  private:
+  void sendLast(JanusHandle* handle, std::deque<Json> last);
   void connect();
   void retry(const std::string& reason);
   void lose(const std::string& reason);

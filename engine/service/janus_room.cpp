@@ -64,7 +64,12 @@ JanusRoom::JanusRoom(JanusConnection& connection, const JoinRequest& request, Ro
 }
 
 JanusRoom::~JanusRoom() {
-  if (joined_ && !over_) connection_.retire(std::move(handle_), {{"request", "leave"}});
+  if (!joined_ || over_) return;
+  // The state once more: the others have to know it before they are told of the leaving.
+  std::deque<Json> last;
+  if (!state_.empty()) last.push_back({{"request", "configure"}, {"display", state_}});
+  last.push_back({{"request", "leave"}});
+  connection_.retire(std::move(handle_), std::move(last));
 }
 
 void JanusRoom::join() {
@@ -217,6 +222,7 @@ void JanusRoom::onHandleLost() {
 }
 
 void JanusRoom::setState(const std::string& state) {
+  state_ = state;
   handle_->send({{"request", "configure"}, {"display", state}});
 }
 

@@ -48,6 +48,7 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   JanusConnection& connection_;
   const JoinRequest request_;
   RoomSession::Listener& listener_;
+  std::string state_;  // as it was set last since joining
   bool joined_ = false;
   bool over_ = false;
   int attempts_ = 0;
