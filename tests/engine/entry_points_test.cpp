@@ -153,7 +153,8 @@ TEST_F(EntryPointsTest, RoomsOutliveTheirEngine) {
   EXPECT_EQ(room->sendRoomMessage("m"), rtc::kWrongState);
   EXPECT_EQ(room->setRTCRoomEventHandler(nullptr), rtc::kWrongState);
   EXPECT_EQ(room->publishScreen(rtc::kMediaStreamBoth), rtc::kWrongState);
-  EXPECT_EQ(room->getRangeAudio(), nullptr);
+  ASSERT_NE(room->getRangeAudio(), nullptr);
+  EXPECT_EQ(room->getRangeAudio()->enableRangeAudio(true), rtc::kWrongState);
   room->destroy();
   again->destroy();
 }
