@@ -107,8 +107,9 @@ void Snapshots::run(const std::stop_token& stop) {
     if (waiting_.empty()) {
       changed_.wait(lock, stop, [&] { return ready() || !waiting_.empty(); });
     } else {
-      // Tasks are in the order of their deadlines.
-      changed_.wait_until(lock, stop, waiting_.front().deadline, ready);
+      // Tasks are in the order of their deadlines. They move in memory as more come.
+      const auto deadline = waiting_.front().deadline;
+      changed_.wait_until(lock, stop, deadline, ready);
     }
     std::vector<Task> expired = takeExpired();
     std::optional<Shot> shot = std::exchange(shot_, std::nullopt);

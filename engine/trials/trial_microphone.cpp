@@ -19,7 +19,11 @@ TrialMicrophone::~TrialMicrophone() {
 }
 
 void TrialMicrophone::onSourceFailed(const CaptureFault& fault) {
-  context_.thread.post(alive_, [this, fault] { failed_(fault); });
+  context_.thread.post(alive_, [this, fault] {
+    // Who is told may end this.
+    const Failed failed = failed_;
+    failed(fault);
+  });
 }
 
 }  // namespace corvane::rtc

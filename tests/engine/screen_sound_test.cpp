@@ -38,7 +38,7 @@ class ScreenSoundTest : public EngineTest {
     });
   }
 
-  /// Half a second of a stream's sound.
+  /// Almost a second of a stream's sound.
   ReadMedia record(int32_t stream_index) {
     const std::filesystem::path into = folder.path() / std::to_string(++recordings_);
     std::filesystem::create_directory(into);
@@ -46,13 +46,17 @@ class ScreenSoundTest : public EngineTest {
                                          rtc::kRecordingTypeAudioOnly),
               rtc::kSuccess);
     recorder.forget();
-    recorder.waitForFrames(60);
+    recorder.waitForFrames(80);
     EXPECT_EQ(engine->stopFileRecording(stream_index), rtc::kSuccess);
     const auto is_whole = [&] {
       const std::filesystem::directory_iterator files(into);
       return files != std::filesystem::directory_iterator() && readMedia(files->path(), false, true).soundMs() > 400;
     };
-    while (!is_whole()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!is_whole() && std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    EXPECT_TRUE(is_whole());
     return readMedia(std::filesystem::directory_iterator(into)->path(), false, true);
   }
 
