@@ -9,6 +9,7 @@ const os = require('node:os');
 const path = require('node:path');
 const { Member } = require('../../demo/call');
 const { startDisplay } = require('../../tests/engine/support/display');
+const { writeWave } = require('../../tests/engine/support/waves');
 
 const minutes = Number(process.env.CORVANE_BENCH_CALL_MINUTES ?? 10);
 const settling = Math.min(60, minutes * 15);
@@ -19,28 +20,9 @@ const allowedGapMs = 20;
 
 const sleep = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
 
-/** A tone with overtones as a 48 kHz WAV file. */
-function writeTone(file, seconds, frequency) {
-  const rate = 48000;
-  const samples = Buffer.alloc(rate * seconds * 2);
-  for (let i = 0; i < rate * seconds; ++i) {
-    const phase = (2 * Math.PI * frequency * i) / rate;
-    samples.writeInt16LE(Math.round(2000 * (Math.sin(phase) + Math.sin(2 * phase) / 2)), i * 2);
-  }
-  const header = Buffer.alloc(44);
-  header.write('RIFF', 0, 'latin1');
-  header.writeUInt32LE(36 + samples.length, 4);
-  header.write('WAVEfmt ', 8, 'latin1');
-  header.writeUInt32LE(16, 16);
-  header.writeUInt16LE(1, 20);
-  header.writeUInt16LE(1, 22);
-  header.writeUInt32LE(rate, 24);
-  header.writeUInt32LE(rate * 2, 28);
-  header.writeUInt16LE(2, 32);
-  header.writeUInt16LE(16, 34);
-  header.write('data', 36, 'latin1');
-  header.writeUInt32LE(samples.length, 40);
-  fs.writeFileSync(file, Buffer.concat([header, samples]));
+/** A tone as a file; `period`: milliseconds, an even number. */
+function writeTone(file, seconds, period) {
+  writeWave(file, seconds * 1000, (ms) => (ms % period < period / 2 ? 2000 : -2000));
   return file;
 }
 
@@ -64,8 +46,8 @@ module.exports = async function longCall() {
   };
   try {
     await or(Promise.all([sender.told('ready'), receiver.told('ready')]));
-    const effect = writeTone(path.join(folder, 'effect.wav'), 1, 880);
-    const music = writeTone(path.join(folder, 'music.wav'), 30, 220);
+    const effect = writeTone(path.join(folder, 'effect.wav'), 1, 2);
+    const music = writeTone(path.join(folder, 'music.wav'), 30, 4);
     sender.send('share', { camera, folder, effect, music });
     await or(sender.told('sharing'));
     receiver.send('watch', { sender: 'sender' });
