@@ -1,11 +1,7 @@
 #include "rooms/room_messages.h"
 
-#include <glib.h>
-
 #include <utility>
 #include <vector>
-
-#include "core/json.h"
 
 namespace corvane::rtc {
 
@@ -18,12 +14,6 @@ constexpr std::chrono::milliseconds kRetryPause(1000);
 // More members than a room can have.
 constexpr size_t kMaxReachable = 10'000;
 
-std::string encodeBody(const OutgoingMessage& message) {
-  if (!message.is_binary) return jsonText({{"text", message.body}});
-  const auto* bytes = reinterpret_cast<const guchar*>(message.body.data());
-  return jsonText({{"bytes", takeText(g_base64_encode(bytes, message.body.size()))}});
-}
-
 }  // namespace
 
 RoomMessages::RoomMessages(RoomContext& room, Listener& listener) : room_(room), listener_(listener) {}
@@ -33,7 +23,7 @@ RoomMessages::~RoomMessages() {
 }
 
 void RoomMessages::send(OutgoingMessage message) {
-  unsent_.push_back({std::move(message), Clock::now() + kTimeout});
+  unsent_.push_back({std::move(message), Clock::now() + kTimeout, 0});
   sendWhatCanBe();
   if (expiry_ == nullptr) expire();
 }
@@ -71,7 +61,10 @@ void RoomMessages::sendWhatCanBe() {
   for (Waiting& waiting : std::exchange(unsent_, {})) {
     const OutgoingMessage& message = waiting.message;
     if (message.to.empty() || reachable_.contains(message.to) || message.to == room_.user_id) {
-      link_->send(message.id, message.to, encodeBody(message));
+      for (const std::string& text : writeMessage(message)) {
+        link_->send(message.id, message.to, text);
+        ++waiting.undelivered;
+      }
       sent_[message.id] = std::move(waiting);
     } else if (listener_.isInRoom(message.to)) {
       kept.push_back(std::move(waiting));
@@ -128,6 +121,7 @@ void RoomMessages::onReachable(const std::string& member, bool reachable) {
     if (reachable_.size() < kMaxReachable) reachable_.insert(member);
   } else {
     reachable_.erase(member);
+    reader_.forget(member);
   }
   if (!open_) return;  // the list of those that were there before is not whole yet
   sendWhatCanBe();
@@ -136,24 +130,25 @@ void RoomMessages::onReachable(const std::string& member, bool reachable) {
 
 void RoomMessages::onMessage(const std::string& from, const std::string& text, bool private_message) {
   if (from == room_.user_id && !private_message) return;  // the room's echo
-  const Json message = parseJson(text);
+  const std::optional<MessageReader::Message> message = reader_.read(from, private_message, text);
+  if (!message) return;
+  IRTCRoomEventHandler& events = *room_.events;
   const char* user = from.c_str();
-  if (const auto* body = memberOf(message, "text").get_ptr<const std::string*>()) {
-    if (private_message) return room_.events->onUserMessageReceived(user, body->c_str());
-    return room_.events->onRoomMessageReceived(user, body->c_str());
+  const std::string& body = message->body;
+  if (!message->is_binary) {
+    return private_message ? events.onUserMessageReceived(user, body.c_str())
+                           : events.onRoomMessageReceived(user, body.c_str());
   }
-  if (const auto* encoded = memberOf(message, "bytes").get_ptr<const std::string*>()) {
-    gsize size = 0;
-    const GstPtr<gchar> bytes(reinterpret_cast<gchar*>(g_base64_decode(encoded->c_str(), &size)));
-    const auto* data = reinterpret_cast<const uint8_t*>(bytes.get());
-    if (private_message) return room_.events->onUserBinaryMessageReceived(user, data, static_cast<int32_t>(size));
-    room_.events->onRoomBinaryMessageReceived(user, data, static_cast<int32_t>(size));
-  }
+  const auto* data = reinterpret_cast<const uint8_t*>(body.data());
+  const auto size = static_cast<int32_t>(body.size());
+  return private_message ? events.onUserBinaryMessageReceived(user, data, size)
+                         : events.onRoomBinaryMessageReceived(user, data, size);
 }
 
 void RoomMessages::onDelivery(int64_t id, MessageLink::Delivery delivery) {
   const auto found = sent_.find(id);
   if (found == sent_.end()) return;
+  if (delivery == MessageLink::Delivery::kDelivered && --found->second.undelivered > 0) return;
   const Waiting waiting = std::move(found->second);
   sent_.erase(found);
   MessageSendResult result = kMessageSendResultSuccess;

@@ -11,16 +11,10 @@
 #include <string>
 
 #include "rooms/data_connection.h"
+#include "rooms/message_text.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {
-
-struct OutgoingMessage {
-  int64_t id = 0;
-  std::string to;  ///< a user, or "" for the room
-  std::string body;
-  bool is_binary = false;
-};
 
 /// Engine thread only.
 class RoomMessages final : public MessageLink::Listener, public PeerConnection::Listener {
@@ -55,6 +49,7 @@ class RoomMessages final : public MessageLink::Listener, public PeerConnection::
   struct Waiting {
     OutgoingMessage message;
     Clock::time_point deadline;
+    size_t undelivered = 0;  // of its texts that were sent
   };
 
   void open();
@@ -84,6 +79,7 @@ class RoomMessages final : public MessageLink::Listener, public PeerConnection::
   std::set<std::string> reachable_;
   std::deque<Waiting> unsent_;
   std::map<int64_t, Waiting> sent_;  // until the service has told what became of them
+  MessageReader reader_;
   AttachedSource expiry_;
   AttachedSource retry_;
   std::unique_ptr<DataConnection> connection_;

@@ -2,21 +2,11 @@
 // Real calls between processes over the private service: presence, pictures, messages.
 
 const assert = require('node:assert');
-const fs = require('node:fs');
-const { test, after } = require('node:test');
+const { test } = require('node:test');
 
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
-const workplace = makeWorkplace();
-const participants = [];
-const participant = (name, parameters) => {
-  participants.push(new Participant(name, workplace, parameters));
-  return participants.at(-1);
-};
-after(async () => {
-  await Promise.all(participants.map((each) => each.end()));
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
+const { participant } = setUpParticipants();
 
 test('processes see each other, exchange messages and leave', async () => {
   const ann = participant('ann');
@@ -52,6 +42,22 @@ test('processes see each other, exchange messages and leave', async () => {
   assert.deepStrictEqual(results('onRoomMessageSendResult'), [[1, 0], [2, 0], [5, 0]]);
   assert.deepStrictEqual(results('onUserMessageSendResult'), [[3, 0], [4, 3]]);
   assert.deepStrictEqual(ann.of('onRoomMessageReceived'), []);
+
+  // The largest there are, of what has to be escaped on its way.
+  for (const large of ['"'.repeat(65_536), '\u0001\\'.repeat(32_768)]) {
+    await ann.call('räume 1', 'sendRoomMessage', large);
+    await ann.call('räume 1', 'sendUserMessage', 'Bób', large, 0);
+    for (const type of ['onRoomMessageReceived', 'onUserMessageReceived']) await bob.waitFor(type, ({ message }) => message === large);
+  }
+  const bytes = new Uint8Array(65_536).fill('ä'.charCodeAt());
+  const binary = ({ uid, message }) => uid === 'ann' && message.length === bytes.length;
+  assert.strictEqual(await ann.call('räume 1', 'sendRoomBinaryMessage', bytes.length, bytes), 10);
+  assert.strictEqual(await ann.call('räume 1', 'sendUserBinaryMessage', 'Bób', bytes.length, bytes, 0), 11);
+  for (const type of ['onRoomBinaryMessageReceived', 'onUserBinaryMessageReceived']) await bob.waitFor(type, binary);
+  await ann.waitFor('onUserMessageSendResult', ({ msgid, error }) => msgid === 11 && error === 0);
+  for (const [method, ...message] of [['sendRoomMessage', '"'.repeat(65_537)], ['sendRoomBinaryMessage', 65_537, new Uint8Array(65_537)]]) {
+    assert.strictEqual(await ann.call('räume 1', method, ...message), -2, method);
+  }
 
   assert.strictEqual(await bob.call('räume 1', 'leaveRoom'), 0);
   assert.ok((await bob.waitFor('onLeaveRoom')).duration >= 0);

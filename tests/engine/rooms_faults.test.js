@@ -6,20 +6,11 @@ const { execFileSync } = require('node:child_process');
 const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
-const { test, after } = require('node:test');
+const { test } = require('node:test');
 
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
-const workplace = makeWorkplace();
-const participants = [];
-const participant = (name, parameters, env) => {
-  participants.push(new Participant(name, workplace, parameters, env));
-  return participants.at(-1);
-};
-after(async () => {
-  await Promise.all(participants.map((each) => each.end()));
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
+const { participant, participants, workplace } = setUpParticipants();
 
 const serviceFile = () => path.join(workplace, 'corvane-rtc/service.json');
 

@@ -2,21 +2,11 @@
 // Streams of one room in others: who is in those sees and hears a user who is not there.
 
 const assert = require('node:assert');
-const fs = require('node:fs');
-const { test, after } = require('node:test');
+const { test } = require('node:test');
 
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
-const workplace = makeWorkplace();
-const participants = [];
-const participant = (name) => {
-  participants.push(new Participant(name, workplace));
-  return participants.at(-1);
-};
-after(async () => {
-  await Promise.all(participants.map((each) => each.end()));
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
+const { participant } = setUpParticipants();
 
 const to = (...rooms) => ({ forward_stream_dests: rooms.map((room_id) => ({ room_id, token: '' })) });
 const holds = (room_id, state, error) => ({ infos }) =>

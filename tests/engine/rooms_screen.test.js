@@ -2,24 +2,14 @@
 // A screen in a room, beside its user's camera: published, subscribed, shown and counted as stream 1.
 
 const assert = require('node:assert');
-const fs = require('node:fs');
 const { test, after } = require('node:test');
 
 const { startDisplay } = require('./support/display.js');
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
 const display = startDisplay('325x203');
-const workplace = makeWorkplace();
-const participants = [];
-const participant = (name) => {
-  participants.push(new Participant(name, workplace));
-  return participants.at(-1);
-};
-after(async () => {
-  await Promise.all(participants.map((each) => each.end()));
-  display.stop();
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
+const { participant } = setUpParticipants();
+after(() => display.stop());
 
 /** Captures the monitor, or a region of it. */
 async function share(user, region_rect = { x: 0, y: 0, width: 0, height: 0 }) {

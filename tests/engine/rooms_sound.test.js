@@ -2,25 +2,19 @@
 // Sound between processes: it is played with the volumes and from the places that were asked for, measured, handed out.
 
 const assert = require('node:assert');
-const fs = require('node:fs');
-const { test, after } = require('node:test');
+const { test } = require('node:test');
 
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
 const kPlayback = 1;
 const kRemoteUser = 3;
 const tenths = { sample_rate: 48000, channel: 2, samples_per_call: 4800 };
-const workplace = makeWorkplace();
-const [ann, bob, listener] = ['ann', 'bob', 'listener'].map((name) => new Participant(name, workplace));
+const { participant } = setUpParticipants();
+const [ann, bob, listener] = ['ann', 'bob', 'listener'].map((name) => participant(name));
 const user = (user_id) => ({ room_id: 'hall', user_id, stream_index: 0 });
 /** Amplitude of so many dB. */
 const amplitude = (decibels) => 10 ** (decibels / 20);
 const both = (value) => [value, value];
-
-after(async () => {
-  await Promise.all([ann, bob, listener].map((each) => each.end()));
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
 
 test('what a user says is played with all volumes, and handed out without', async () => {
   assert.strictEqual(await listener.call('video', 'setAudioPlaybackDevice', 'null:'), 0);

@@ -3,21 +3,11 @@
 // information that stays with the room.
 
 const assert = require('node:assert');
-const fs = require('node:fs');
-const { test, after } = require('node:test');
+const { test } = require('node:test');
 
-const { Participant, makeWorkplace } = require('./support/participant.js');
+const { setUpParticipants } = require('./support/participant.js');
 
-const workplace = makeWorkplace();
-const participants = [];
-const participant = (name) => {
-  participants.push(new Participant(name, workplace));
-  return participants.at(-1);
-};
-after(async () => {
-  await Promise.all(participants.map((each) => each.end()));
-  fs.rmSync(workplace, { recursive: true, force: true });
-});
+const { participant } = setUpParticipants();
 
 test('sound and pictures are counted while they come, and can be paused', async () => {
   const [sender, receiver] = ['sender', 'receiver'].map((name) => participant(name));

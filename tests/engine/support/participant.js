@@ -6,6 +6,7 @@ const { fork } = require('node:child_process');
 const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
+const { after } = require('node:test');
 
 const kTimeoutMs = 15_000;
 const kRoom = {
@@ -31,7 +32,7 @@ class Participant {
   constructor(name, workplace, parameters = {}, environment = {}) {
     this.name = name;
     const env = { ...process.env, XDG_RUNTIME_DIR: workplace, ...environment };
-    this.#child = fork(__filename, [name, workplace, JSON.stringify(parameters)], { env });
+    this.#child = fork(__filename, [name, workplace, JSON.stringify(parameters)], { env, serialization: 'advanced' });
     this.#ended = new Promise((resolve) => this.#child.once('exit', (code, signal) => resolve(signal ?? code)));
     this.#child.on('message', (message) => this.#onMessage(message));
   }
@@ -133,7 +134,22 @@ class Participant {
   }
 }
 
-module.exports = { Participant, makeWorkplace };
+/** A workplace for a test file: `participant(...)` starts one there, all end with the file's last test. */
+function setUpParticipants() {
+  const workplace = makeWorkplace();
+  const participants = [];
+  after(async () => {
+    await Promise.all(participants.map((each) => each.end()));
+    fs.rmSync(workplace, { recursive: true, force: true });
+  });
+  const participant = (name, parameters, environment) => {
+    participants.push(new Participant(name, workplace, parameters, environment));
+    return participants.at(-1);
+  };
+  return { workplace, participants, participant };
+}
+
+module.exports = { Participant, makeWorkplace, setUpParticipants };
 
 if (require.main === module) runChild();
 
