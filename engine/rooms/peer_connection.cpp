@@ -41,9 +41,14 @@ void setUpTransport(GstBin*, GstBin*, GstElement* element, gpointer) {
   const GstElementFactory* factory = gst_element_get_factory(element);
   if (factory == nullptr) return;
   const std::string_view kind = GST_OBJECT_NAME(factory);
-  // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
-  // or a picture that was left out, that is the packet which everything after it needs.
-  if (kind == "rtpjitterbuffer") g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
+  if (kind == "rtpjitterbuffer") {
+    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
+    // or a picture that was left out, that is the packet which everything after it needs.
+    g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
+    // It would keep a stream's first packet for as long as ones from before it could still come. Streams are joined in
+    // the middle: what came before is of no use without more that was never sent.
+    g_object_set(element, "faststart-min-packets", 1U, nullptr);
+  }
   if (kind != "rtpsession") return;
   GObject* session = nullptr;
   g_object_get(element, "internal-session", &session, nullptr);

@@ -17,7 +17,8 @@ test('joining and leaving over and over takes no descriptors, threads or memory'
   const joining = { joins: 15, camera, logFolder: workplace, timeout: 60_000 };
   const { early, late } = await joinOverAndOver(joining);
   const told = JSON.stringify({ early, late });
-  assert.ok(late.descriptors <= early.descriptors, told);
+  // The last picture may still be on its way to JavaScript, and its pool has two. One kept by each of ten joins is more.
+  assert.ok(late.descriptors - early.descriptors < 10, told);
   assert.ok(late.threads <= early.threads, told);
   // One of the ten feeds between them, kept, would be more.
   assert.ok(late.resident_mb - early.resident_mb < 20, told);
