@@ -1,4 +1,6 @@
 // Capture as an application steers it: starting, stopping, choosing cameras and shapes, and what is reported.
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -44,7 +46,9 @@ TEST_F(CaptureTest, StartsTwentyTimesWithoutKeepingAnything) {
     ASSERT_TRUE(events.waitFor("stream 0 0 0")) << "in round " << round;
     if (round == 4) descriptors = openDescriptors();
   }
-  EXPECT_EQ(openDescriptors(), descriptors);
+  // The last round's threads may still be giving theirs back.
+  for (int attempt = 0; attempt < 1000 && openDescriptors() > descriptors; ++attempt) usleep(10'000);
+  EXPECT_LE(openDescriptors(), descriptors);
 }
 
 TEST_F(CaptureTest, IgnoresRepeatedStartsAndStops) {

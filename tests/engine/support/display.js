@@ -9,13 +9,14 @@ const path = require('node:path');
 
 const patienceMs = 30_000;
 
-/** Runs Xvfb and names it in DISPLAY. stop() ends it; so does the end of its last client, should the test crash. */
+/** Runs Xvfb and names it in DISPLAY. stop() ends it; so does this process's end, should the test crash. */
 function startDisplay(size = '1280x720') {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-display-'));
   const file = path.join(folder, 'number');
   const descriptor = fs.openSync(file, 'w');
-  const words = ['-displayfd', '3', '-screen', '0', `${size}x24`, '-terminate', '-nolisten', 'tcp'];
-  const server = spawn('Xvfb', words, { stdio: ['ignore', 'ignore', 'ignore', descriptor] });
+  const words = ['--pdeathsig', 'TERM', 'Xvfb', '-displayfd', '3', '-screen', '0', `${size}x24`, '-noreset', '-nolisten', 'tcp'];
+  const env = { ...process.env, LD_PRELOAD: '' }; // the runtime of a sanitizer is nothing for a server
+  const server = spawn('setpriv', words, { env, stdio: ['ignore', 'ignore', 'ignore', descriptor] });
   fs.closeSync(descriptor);
   server.on('error', () => {}); // told below
   server.unref();

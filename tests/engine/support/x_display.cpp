@@ -40,13 +40,14 @@ TestDisplay::TestDisplay() {
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   const std::string screen = std::to_string(kWidth) + "x" + std::to_string(kHeight) + "x24";
-  // It chooses a free number itself, tells it when it is ready, and ends with its last client, should the test crash.
-  std::vector<std::string> words = {"Xvfb", "-displayfd", "3",         "-screen", "0",
-                                    screen, "-terminate", "-nolisten", "tcp"};
+  // It chooses a free number itself, tells it when it is ready, stays when its last client goes, and ends with this
+  // process, should that crash.
+  std::vector<std::string> words = {"setpriv", "--pdeathsig", "TERM", "Xvfb",     "-displayfd", "3",
+                                    "-screen", "0",           screen, "-noreset", "-nolisten",  "tcp"};
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  if (posix_spawnp(&process_, "Xvfb", &actions, nullptr, arguments.data(), environ) != 0) process_ = -1;
+  if (posix_spawnp(&process_, "setpriv", &actions, nullptr, arguments.data(), environ) != 0) process_ = -1;
   posix_spawn_file_actions_destroy(&actions);
   close(ends[1]);
 
@@ -66,12 +67,14 @@ TestDisplay::~TestDisplay() {
 
 void TestDisplay::kill() {
   if (process_ <= 0) return;
+  // What it cannot take with it when it is killed; before that, as the next server may take its number at once.
+  if (runs()) {
+    unlink(("/tmp/.X11-unix/X" + name_.substr(1)).c_str());
+    unlink(("/tmp/.X" + name_.substr(1) + "-lock").c_str());
+  }
   ::kill(process_, SIGKILL);
   waitpid(process_, nullptr, 0);
   process_ = -1;
-  // What it cannot take with it when it is killed.
-  unlink(("/tmp/.X11-unix/X" + name_.substr(1)).c_str());
-  unlink(("/tmp/.X" + name_.substr(1) + "-lock").c_str());
 }
 
 xcb_window_t TestClient::root() const {
