@@ -49,6 +49,9 @@ Rooms::~Rooms() {
   if (key_maker_.joinable()) key_maker_.join();
   machine_.reset();
   rooms_.clear();
+  // A service that waits for its farewells lets the others speak: by then nobody is to be told, and the table is no
+  // more.
+  const auto ending = std::move(services_);
   services_.clear();
 }
 

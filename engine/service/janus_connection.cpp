@@ -65,17 +65,29 @@ void JanusConnection::request(const char* kind, int64_t handle, Json message, An
   socket_->send(jsonText(message));
 }
 
-void JanusConnection::retire(std::unique_ptr<JanusHandle> handle, std::deque<Json> last) {
+void JanusConnection::retire(std::unique_ptr<JanusHandle> handle, std::string place, std::deque<Json> last) {
   JanusHandle* key = handle.get();
   if (state_ != State::kUp) return;
   key->silence();
-  retired_[key] = std::move(handle);
+  retired_[key] = {std::move(handle), std::move(place)};
   sendLast(key, std::move(last));
+}
+
+bool JanusConnection::isHeld(const std::string& place) const {
+  return std::any_of(retired_.begin(), retired_.end(), [&](const auto& each) { return each.second.place == place; });
+}
+
+void JanusConnection::afterLast(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task) {
+  if (!isHeld(place)) return task();
+  waiting_.push_back({place, std::move(owner), std::move(task)});
 }
 
 void JanusConnection::sendLast(JanusHandle* handle, std::deque<Json> last) {
   if (last.empty()) {
     retired_.erase(handle);
+    for (WaitingTask& waiting : std::exchange(waiting_, {})) {
+      if (!waiting.owner.expired()) afterLast(waiting.place, waiting.owner, std::move(waiting.task));
+    }
     return;
   }
   Json next = std::move(last.front());
@@ -121,6 +133,7 @@ void JanusConnection::lose(const std::string& reason) {
   trying_since_ = std::chrono::steady_clock::now();
   retry(reason);
   retired_.clear();
+  waiting_.clear();
   setState(State::kDown, reason);
   handles_.clear();
   // Those that were just being attached, too. A handle's owner may end others while it is told, and make none: there is

@@ -9,6 +9,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "core/engine_context.h"
 #include "core/json.h"
@@ -51,11 +52,25 @@ class JanusConnection final : public Service, public WebSocket::Listener {
   }
   /// Sends last messages over the handle, whose listener is told no more, each when the one before was answered, and
   /// detaches it then: a server works on several messages at once, and forgets what it has not worked off when it is
-  /// told to detach.
-  void retire(std::unique_ptr<JanusHandle> handle, std::deque<Json> last);
+  /// told to detach. `place` is what it holds until then.
+  void retire(std::unique_ptr<JanusHandle> handle, std::string place, std::deque<Json> last);
+  /// Runs `task` once no handle that holds `place` says its last: at once, or later if `owner` is still there then. It
+  /// never runs when the service is lost before.
+  void afterLast(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task);
 
  private:
+  struct Retired {
+    std::unique_ptr<JanusHandle> handle;
+    std::string place;
+  };
+  struct WaitingTask {
+    std::string place;
+    std::weak_ptr<void> owner;
+    std::function<void()> task;
+  };
+
   void sendLast(JanusHandle* handle, std::deque<Json> last);
+  bool isHeld(const std::string& place) const;
   void connect();
   void retry(const std::string& reason);
   void lose(const std::string& reason);
@@ -79,8 +94,9 @@ class JanusConnection final : public Service, public WebSocket::Listener {
   std::map<int64_t, Answer> answers_;        // by transaction
   std::map<int64_t, JanusHandle*> handles_;  // by id, those that are attached
   std::set<JanusHandle*> all_handles_;
-  std::map<JanusHandle*, std::unique_ptr<JanusHandle>> retired_;
-  bool heard_ = false;  // anything since the last sign of life was asked for
+  std::map<JanusHandle*, Retired> retired_;
+  std::vector<WaitingTask> waiting_;  // for places that are held
+  bool heard_ = false;                // anything since the last sign of life was asked for
   std::chrono::milliseconds pause_{0};
   std::chrono::steady_clock::time_point trying_since_;
   AttachedSource timer_;

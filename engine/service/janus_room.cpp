@@ -59,6 +59,7 @@ JanusRoom::JanusRoom(JanusConnection& connection, const JoinRequest& request, Ro
     : connection_(connection),
       request_(request),
       listener_(listener),
+      place_(jsonText(Json::array({request.room_id, request.member_id}))),
       handle_(std::make_unique<JanusHandle>(connection, kPlugin, *this)) {
   join();
 }
@@ -69,7 +70,7 @@ JanusRoom::~JanusRoom() {
   std::deque<Json> last;
   if (!state_.empty()) last.push_back({{"request", "configure"}, {"display", state_}});
   last.push_back({{"request", "leave"}});
-  connection_.retire(std::move(handle_), std::move(last));
+  connection_.retire(std::move(handle_), place_, std::move(last));
 }
 
 void JanusRoom::join() {
@@ -87,11 +88,14 @@ void JanusRoom::join() {
     body["token"] = request_.token;
     body["pin"] = request_.token;
   }
-  handle_->send(std::move(body), [this](const Json& data, const std::string&) {
-    if (over_) return;
-    if (textOf(data, "videoroom") == "joined") return onJoined(data);
-    if (errorCodeOf(data) == kNoSuchRoom) return createRoom();
-    fail(data);
+  // Where this user is just leaving the same room, the service would take the newcomer for a second one.
+  connection_.afterLast(place_, handle_->alive(), [this, body = std::move(body)]() mutable {
+    handle_->send(std::move(body), [this](const Json& data, const std::string&) {
+      if (over_) return;
+      if (textOf(data, "videoroom") == "joined") return onJoined(data);
+      if (errorCodeOf(data) == kNoSuchRoom) return createRoom();
+      fail(data);
+    });
   });
 }
 

@@ -55,6 +55,7 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   AttachedSource patience_;
   std::set<std::string> members_;   // the others, as the service tells of them
   Publisher* publisher_ = nullptr;  // of those that openPublisher() made, the one that lives
+  const std::string place_;         // the user in the room: one at a time
   std::unique_ptr<JanusHandle> handle_;
 };
 

@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <optional>
 
 #include "corvane_rtc/rtc_room_events.h"
 #include "support/engine_test.h"
@@ -250,6 +252,57 @@ TEST_F(ServiceTest, RefusesOffersThatMakeNoSense) {
   for (const char* member : {"noise", "zero", "head", "long"}) {
     EXPECT_EQ(room.subscription(member), rtc::kSubscribeStateFailed) << member;
   }
+}
+
+bool asksFor(const std::string& text, const char* request) {
+  return text.find(R"("request":")" + std::string(request) + '"') != std::string::npos;
+}
+
+// A server works on what two handles ask for in any order.
+TEST_F(ServiceTest, JoinsARoomAgainOnceItHasLeft) {
+  WillingService service;
+  int joined = 0;
+  std::vector<std::string> withheld;
+  const FakeService fake([&](int, const std::string& text) {
+    ServiceAnswer answer{service.answer(text)};
+    if (asksFor(text, "leave")) --joined;
+    if (asksFor(text, "join") && ++joined == 2) {
+      const size_t at = answer.texts[0].find(R"("videoroom":"joined")");
+      answer.texts[0].replace(at, 20, R"("error_code":436,"error":"You are here already")");
+    }
+    // What the first session says its last with is answered after the second has been attached.
+    if (joined == 1 && asksFor(text, "configure")) std::swap(withheld, answer.texts);
+    if (joined == 1 && text.find("videoroom") != std::string::npos && !withheld.empty()) {
+      answer.texts.insert(answer.texts.end(), withheld.begin(), withheld.end());
+    }
+    return answer;
+  });
+  createWith({quoted(fake.url())});
+  std::optional<SeenRoom> room(std::in_place, engine, "room");
+  EXPECT_EQ(room->firstState().first, rtc::kRoomStateJoined);
+  room.reset();
+  room.emplace(engine, "room");
+  EXPECT_EQ(room->firstState().first, rtc::kRoomStateJoined) << room->firstState().second;
+}
+
+TEST_F(ServiceTest, EndsWhileOneServiceIsSilentAndAnotherGoes) {
+  std::array<WillingService, 2> services;
+  std::atomic<size_t> going = 0;
+  const auto script = [&](size_t index) {
+    return [&, index](int, const std::string& text) {
+      if (asksFor(text, "configure")) return ServiceAnswer{{}, index == going};
+      return ServiceAnswer{services[index].answer(text)};
+    };
+  };
+  const FakeService first(script(0));
+  const FakeService second(script(1));
+  going = first.url() < second.url() ? 1 : 0;  // the one that is ended last
+  createWith({quoted(first.url()), quoted(second.url())});
+  SeenRoom one(engine, roomAt(0, 2));
+  SeenRoom other(engine, roomAt(1, 2));
+  EXPECT_EQ(one.firstState().first, rtc::kRoomStateJoined);
+  EXPECT_EQ(other.firstState().first, rtc::kRoomStateJoined);
+  rtc::destroyRTCVideo();
 }
 
 }  // namespace

@@ -34,7 +34,9 @@ void FakeService::Loop::take(SoupWebsocketConnection* connection, const std::str
       soup_websocket_connection_send_binary(connection, each.data(), each.size());
     }
   }
-  if (answer.hang_up) soup_websocket_connection_close(connection, SOUP_WEBSOCKET_CLOSE_GOING_AWAY, nullptr);
+  if (answer.hang_up && soup_websocket_connection_get_state(connection) == SOUP_WEBSOCKET_STATE_OPEN) {
+    soup_websocket_connection_close(connection, SOUP_WEBSOCKET_CLOSE_GOING_AWAY, nullptr);
+  }
 }
 
 void FakeService::Loop::run(std::promise<int> port) {
@@ -118,6 +120,8 @@ std::vector<std::string> WillingService::answer(const std::string& request) {
     data = {{"videoroom", "created"}};
   } else if (wanted == "setup") {
     data = {{"textroom", "event"}, {"error_code", 1}, {"error", "no messages here"}};
+  } else if (wanted == "configure" || wanted == "leave") {
+    data = {{"videoroom", "event"}, {wanted == "leave" ? "leaving" : "configured", "ok"}};
   } else {
     reply = {{"janus", "ack"}, {"transaction", transaction}};
   }
