@@ -1,14 +1,21 @@
 #!/usr/bin/env bash
-# test_sanitized.sh asan|tsan: runs the C++ tests and the module's JavaScript suites with AddressSanitizer and
-# UndefinedBehaviorSanitizer, or with ThreadSanitizer. Any report fails the test whose process made it.
+# test_sanitized.sh asan|tsan [SUITE...]: builds and runs suites with AddressSanitizer and UndefinedBehaviorSanitizer, or
+# with ThreadSanitizer; cpp, module and, with asan, rooms when none is named. Any report fails the test whose process made it.
+#   cpp      the C++ tests
+#   module   JavaScript against the module over the scripted engine
+#   rooms    with asan: JavaScript against the embedded engine's rooms, what takes a minute of it
+#   engine   with asan: all of JavaScript against the embedded engine
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
-kind=${1:?usage: test_sanitized.sh asan|tsan}
+kind=${1:?usage: test_sanitized.sh asan|tsan [SUITE...]}
+shift
+suites=("$@")
 suppressions=$root/scripts/sanitizers
 case $kind in
   asan)
     runtime=libasan.so
+    ((${#suites[@]})) || suites=(cpp module rooms)
     # The leak checker falls over the lists of per-thread memory of threads that are just ending: it gets none.
     export ASAN_OPTIONS="intercept_tls_get_addr=0:abort_on_error=1:detect_stack_use_after_return=1"
     ASAN_OPTIONS+=":strict_string_checks=1:check_initialization_order=1"
@@ -17,6 +24,7 @@ case $kind in
     ;;
   tsan)
     runtime=libtsan.so
+    ((${#suites[@]})) || suites=(cpp module)
     # The host is not instrumented: what it reads and writes through the C library is not judged, its locks count.
     export TSAN_OPTIONS="halt_on_error=1:exitcode=66:ignore_noninstrumented_modules=1:second_deadlock_stack=1:suppressions=$suppressions/thread.supp"
     ;;
@@ -35,12 +43,23 @@ ${fixed[@]+"${fixed[@]}"} bash "$root/scripts/build.sh" "$kind" all
 # node itself is not instrumented, so the runtime has to be there before it.
 preload=$(gcc -print-file-name=$runtime)
 [[ -e $preload ]] || die "the compiler has no $runtime"
+[[ $kind == tsan ]] || preload+=:$root/build/$kind/tests/engine/libcorvane_early_memory.so
 
+# over LIBRARIES PATH: the JavaScript suites at PATH against the module over the libraries in that folder of the build.
+over() {
+  CORVANE_MEETING_SDK_DIR=$root/build/$kind/$1 node_tests "$2" ${fixed[@]+"${fixed[@]}"} env "LD_PRELOAD=$preload" node
+}
+
+export CORVANE_SANITIZER=$kind CORVANE_TEST_TIMEOUT_MS=600000
 status=0
-say "== cpp, $kind"
-(cd "$root" && ${fixed[@]+"${fixed[@]}"} ctest --preset "$kind" --no-tests=error --progress) || status=1
-
-say "== module, $kind"
-export CORVANE_MEETING_SDK_DIR=$root/build/$kind/scripted CORVANE_SANITIZER=$kind CORVANE_TEST_TIMEOUT_MS=600000
-node_tests tests/module ${fixed[@]+"${fixed[@]}"} env "LD_PRELOAD=$preload" node || status=1
+for suite in "${suites[@]}"; do
+  say "== $suite, $kind"
+  case $kind-$suite in
+    *-cpp) (cd "$root" && ${fixed[@]+"${fixed[@]}"} ctest --preset "$kind" --no-tests=error --progress) || status=1 ;;
+    *-module) over scripted tests/module || status=1 ;;
+    asan-rooms) for name in rooms rooms_screen rooms_state; do over . "tests/engine/$name.test.js" || status=1; done ;;
+    asan-engine) over . tests/engine || status=1 ;;
+    *) die "no suite $suite with $kind" ;;
+  esac
+done
 exit $status

@@ -27,6 +27,7 @@ class Participant {
   #answers = new Map();
   #lastCall = 0;
   #ended;
+  #killed = false;
 
   /** `workplace`: participants of one workplace share a private service. `parameters`: those of createRTCVideo(). */
   constructor(name, workplace, parameters = {}, environment = {}) {
@@ -117,10 +118,11 @@ class Participant {
     return this.call('actions', 'awaitFrames', `${user} ${stream_index}`, count, kTimeoutMs);
   }
 
-  /** Ends it as a person would. */
+  /** Ends it as a person would. An error when that goes wrong, or when it has ended otherwise unless kill() did that. */
   async end() {
     if (this.#child.exitCode === null && this.#child.signalCode === null) this.#child.send({ end: true });
-    return this.#ended;
+    const how = await this.#ended;
+    if (how !== 0 && !this.#killed) throw new Error(`${this.name} has ended with ${how}`);
   }
 
   signal(name) {
@@ -129,6 +131,7 @@ class Participant {
 
   /** Ends it as a power cut would. */
   async kill() {
+    this.#killed = true;
     this.#child.kill('SIGKILL');
     return this.#ended;
   }
