@@ -36,6 +36,10 @@ bool isMessageConfig(int32_t config) {
   return config >= kMessageConfigReliableOrdered && config <= kMessageConfigUnreliableUnordered;
 }
 
+bool isRemoteVideo(const RemoteVideoConfig& config) {
+  return config.framerate >= 0 && config.resolution_width >= 0 && config.resolution_height >= 0;
+}
+
 }  // namespace
 
 bool isRoomOrUserId(const char* id) {
@@ -85,7 +89,8 @@ int32_t RtcRoom::joinRoom(const char* token, const UserInfo& user_info, const RT
   const bool valid = isText(orEmpty(token), kMaxToken) && isRoomOrUserId(user_info.uid) &&
                      isText(orEmpty(user_info.extra_info), kMaxExtraInfo) &&
                      room_config.room_profile_type >= kRoomProfileCommunication &&
-                     room_config.room_profile_type <= kRoomProfileMusic;
+                     room_config.room_profile_type <= kRoomProfileMusic &&
+                     isRemoteVideo(room_config.remote_video_config);
   if (!valid) return kInvalidParameter;
   if (in_room_ != nullptr && in_room_->load()) return kWrongState;
   RoomJoin join = {.token = orEmpty(token),
@@ -94,6 +99,7 @@ int32_t RtcRoom::joinRoom(const char* token, const UserInfo& user_info, const RT
                    .auto_publish = room_config.is_auto_publish,
                    .auto_subscribe = (room_config.is_auto_subscribe_audio ? kMediaStreamAudio : 0) |
                                      (room_config.is_auto_subscribe_video ? kMediaStreamVideo : 0),
+                   .remote_video = room_config.remote_video_config,
                    .in_room = std::make_shared<std::atomic<bool>>(true)};
   in_room_ = join.in_room;
   return post([join = std::move(join)](Room& room) { room.join(join); });
@@ -155,8 +161,9 @@ int32_t RtcRoom::unpublishScreen(int32_t media_type) {
 
 // Streams of others.
 
-int32_t RtcRoom::setRemoteVideoConfig(const char* /*user_id*/, const RemoteVideoConfig& /*config*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::setRemoteVideoConfig(const char* user_id, const RemoteVideoConfig& config) {
+  if (!isRoomOrUserId(user_id) || !isRemoteVideo(config)) return kInvalidParameter;
+  return post([user = std::string(user_id), config](Room& room) { room.setRemoteVideo(user, config); });
 }
 
 int32_t RtcRoom::subscribeStream(const char* user_id, int32_t media_type) {

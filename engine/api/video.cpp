@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "api/rtc_room.h"
 #include "api/rtc_video.h"
@@ -99,9 +100,9 @@ int32_t RtcVideo::setLowLightAdjusted(int32_t /*mode*/) {
 int32_t RtcVideo::setVideoEncoderConfig(const VideoEncoderConfig* channel_solutions, int32_t count) {
   if (channel_solutions == nullptr || count < 1 || count > kMaxLayers) return kInvalidParameter;
   if (!std::all_of(channel_solutions, channel_solutions + count, isLayer)) return kInvalidParameter;
-  // One layer is sent: the best.
-  const VideoEncoding encoding = encodingOf(*channel_solutions);
-  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexMain).setVideoEncoding(encoding); });
+  std::vector<VideoEncoding> encodings;
+  for (int32_t at = 0; at < count; ++at) encodings.push_back(encodingOf(channel_solutions[at]));
+  context_.thread.post([this, encodings = std::move(encodings)] { rooms_->setVideoEncodings(encodings); });
   return kSuccess;
 }
 
@@ -112,12 +113,13 @@ int32_t RtcVideo::setMaxVideoEncoderConfig(const VideoEncoderConfig& /*max_solut
 int32_t RtcVideo::setScreenVideoEncoderConfig(const VideoEncoderConfig& screen_solution) {
   if (!isLayer(screen_solution)) return kInvalidParameter;
   const VideoEncoding encoding = encodingOf(screen_solution);
-  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexScreen).setVideoEncoding(encoding); });
+  context_.thread.post([this, encoding] { rooms_->media(kStreamIndexScreen).setVideoEncodings({encoding}); });
   return kSuccess;
 }
 
-int32_t RtcVideo::enableSimulcastMode(bool /*enable*/) {
-  return notSupported(__func__);
+int32_t RtcVideo::enableSimulcastMode(bool enable) {
+  context_.thread.post([this, enable] { rooms_->enableLayers(enable); });
+  return kSuccess;
 }
 
 int32_t RtcVideo::enableAlphaChannelVideoEncode(int32_t /*stream_index*/, int32_t /*alpha_layout*/) {

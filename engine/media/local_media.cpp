@@ -11,6 +11,11 @@ namespace {
 
 using Users = std::vector<LocalMedia::User*>;
 
+// A layer with less than this share of its bitrate looks worse than a smaller one with all of its own.
+constexpr int32_t kPausingShare = 4;
+// It comes back when there is more: receivers are not to change over and over.
+constexpr int32_t kResumingShare = 2;
+
 void include(Users& users, LocalMedia::User& user) {
   if (std::find(users.begin(), users.end(), &user) == users.end()) users.push_back(&user);
 }
@@ -25,19 +30,28 @@ LocalMedia::LocalMedia(EngineContext& context, int32_t stream_index, PictureTaps
     : context_(context), stream_index_(stream_index), picture_taps_(pictures), sound_taps_(sound) {}
 
 LocalMedia::~LocalMedia() {
-  if (video_ != nullptr) picture_taps_.remove(*video_);
+  for (VideoEncoder* layer : lent_) picture_taps_.remove(*layer);
   if (sound_ != nullptr) sound_taps_.remove(*sound_);
 }
 
-VideoEncoder* LocalMedia::borrowVideo(User& user) {
-  if (*VideoEncoder::codec() == '\0') return nullptr;
-  if (video_ == nullptr) {
-    video_ = std::make_unique<VideoEncoder>(context_, encoding_, *this);
+const VideoLayers& LocalMedia::borrowVideo(User& user) {
+  if (*VideoEncoder::codec() == '\0') return lent_;
+  if (lent_.empty()) {
+    makeVideo();
     video_told_ = false;
-    picture_taps_.add(*video_);
   }
   include(video_users_, user);
-  return video_.get();
+  return lent_;
+}
+
+void LocalMedia::makeVideo() {
+  lent_.clear();
+  video_.clear();
+  for (const VideoEncoding& layer : layers_) {
+    video_.push_back(std::make_unique<VideoEncoder>(context_, layer, *this));
+    lent_.push_back(video_.back().get());
+    picture_taps_.add(*lent_.back());
+  }
 }
 
 SoundEncoder* LocalMedia::borrowSound(User& user) {
@@ -57,18 +71,28 @@ void LocalMedia::limitVideo(User& user, int32_t kbit) {
 }
 
 void LocalMedia::applyLimits() {
-  int32_t narrowest = INT32_MAX;
-  for (const auto& [user, kbit] : limits_) narrowest = std::min(narrowest, kbit);
-  if (video_ != nullptr) video_->limitBitrate(narrowest);
+  int32_t left = INT32_MAX;
+  for (const auto& [user, kbit] : limits_) left = std::min(left, kbit);
+  // The smallest comes first: it is the one that everybody can be sent.
+  for (auto layer = lent_.rbegin(); layer != lent_.rend(); ++layer) {
+    VideoEncoder& encoder = **layer;
+    const int32_t full = encoder.fullBitrate();
+    const bool suffices = left >= full / (encoder.paused() ? kResumingShare : kPausingShare);
+    encoder.setPaused(layer != lent_.rbegin() && !suffices);
+    if (encoder.paused()) continue;
+    encoder.limitBitrate(left);
+    left -= std::min(left, full);
+  }
 }
 
 void LocalMedia::giveBackVideo(User& user) {
   exclude(video_users_, user);
   limits_.erase(&user);
   applyLimits();
-  if (!video_users_.empty() || video_ == nullptr) return;
-  picture_taps_.remove(*video_);
-  video_.reset();
+  if (!video_users_.empty()) return;
+  for (VideoEncoder* layer : lent_) picture_taps_.remove(*layer);
+  lent_.clear();
+  video_.clear();
 }
 
 void LocalMedia::giveBackSound(User& user) {
@@ -79,7 +103,7 @@ void LocalMedia::giveBackSound(User& user) {
 }
 
 void LocalMedia::check() {
-  if (video_ != nullptr && !video_told_ && video_->counts().pictures_out > 0) {
+  if (!lent_.empty() && !video_told_ && lent_.front()->counts().pictures_out > 0) {
     video_told_ = true;
     context_.events->onLocalVideoStateChanged(stream_index_, kLocalVideoStreamStateEncoding, kLocalVideoStreamErrorOk);
   }
@@ -90,16 +114,34 @@ void LocalMedia::check() {
   }
 }
 
-void LocalMedia::setVideoEncoding(const VideoEncoding& encoding) {
-  if (encoding == encoding_) return;
-  encoding_ = encoding;
-  if (video_ == nullptr) return;
-  picture_taps_.remove(*video_);
-  const std::unique_ptr<VideoEncoder> previous =
-      std::exchange(video_, std::make_unique<VideoEncoder>(context_, encoding_, *this));
-  picture_taps_.add(*video_);
+void LocalMedia::setVideoEncodings(std::vector<VideoEncoding> encodings) {
+  encodings_ = std::move(encodings);
+  update();
+}
+
+void LocalMedia::enableLayers(bool enable) {
+  layered_ = enable;
+  update();
+}
+
+void LocalMedia::update() {
+  std::vector<VideoEncoding> layers = encodings_;
+  layers.resize(layered_ ? std::min(layers.size(), kMaxVideoLayers) : 1);
+  // 0 stands for the camera's own size.
+  const auto area = [](const VideoEncoding& layer) {
+    return layer.width > 0 && layer.height > 0 ? int64_t{layer.width} * layer.height : INT64_MAX;
+  };
+  std::stable_sort(layers.begin(), layers.end(),
+                   [&](const VideoEncoding& one, const VideoEncoding& other) { return area(one) > area(other); });
+  if (layers == layers_) return;
+  layers_ = std::move(layers);
+  if (lent_.empty()) return;
+  for (VideoEncoder* layer : lent_) picture_taps_.remove(*layer);
+  const std::vector<std::unique_ptr<VideoEncoder>> previous = std::move(video_);
+  makeVideo();
   limits_.clear();
-  for (User* user : video_users_) user->onVideoEncoder(*video_);
+  const Users users = video_users_;
+  for (User* user : users) user->onVideoEncoders(lent_);
 }
 
 void LocalMedia::setSoundEncoding(const SoundEncoding& encoding) {

@@ -171,11 +171,15 @@ void VideoEncoder::limitBitrate(int32_t kbit) {
   applyBitrate();
 }
 
+void VideoEncoder::setPaused(bool paused) {
+  if (paused_.exchange(paused, std::memory_order_relaxed) && !paused) requestKeyFrame();
+}
+
 void VideoEncoder::onPicture(const Picture& picture) {
   if (source_ == nullptr) return;
   const GstClockTime now = clockNow();
   counts_.pictures_in.fetch_add(1, std::memory_order_relaxed);
-  if (!rate_.take(now)) return;
+  if (paused() || !rate_.take(now)) return;
   if (fed_info_.finfo == nullptr || !gst_video_info_is_equal(&picture.info, &fed_info_)) {
     fed_info_ = picture.info;
     setFormat(fed_info_);

@@ -62,6 +62,9 @@ class VideoEncoder final : public PictureTap {
   void limitBitrate(int32_t kbit);
   /// kbit/s without a limit; 0 before the first picture.
   int32_t fullBitrate() const { return full_kbit_.load(std::memory_order_relaxed); }
+  /// While it is paused, no pictures are encoded.
+  void setPaused(bool paused);
+  bool paused() const { return paused_.load(std::memory_order_relaxed); }
   int32_t minBitrate() const { return wanted_.min_bitrate; }
   /// Any thread, one at a time.
   void onPicture(const Picture& picture) override;
@@ -83,6 +86,7 @@ class VideoEncoder final : public PictureTap {
   EncodedTaps taps_;
   EncodedCounts counts_;
   std::atomic<bool> key_frame_wanted_ = false;
+  std::atomic<bool> paused_ = false;
   std::atomic<int32_t> full_kbit_ = 0;
   std::mutex bitrate_mutex_;
   int32_t limit_kbit_ = INT32_MAX;  // under the lock

@@ -8,6 +8,8 @@ namespace corvane::rtc {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryPause(1000);
+// The service has to have ended the connection before.
+constexpr std::chrono::milliseconds kReopenPause(250);
 constexpr std::chrono::milliseconds kFeedbackInterval(500);
 constexpr int32_t kLowestBitrate = 80;  // kbit/s, unless the application allows less
 
@@ -40,13 +42,15 @@ void LocalStream::update() {
   if (session_ == nullptr || (published_ == 0 && publisher_ == nullptr)) return;
   // Once there, the connection stays: publishing again takes no negotiation.
   const bool is_new = publisher_ == nullptr;
-  if (is_new) publisher_ = std::make_unique<Publisher>(room_.engine, *session_, stream_index_, loopback_only_, *this);
+  if (is_new)
+    publisher_ = std::make_unique<Publisher>(room_.engine, *session_, stream_index_, media_.layers().size(),
+                                             loopback_only_, *this);
   if ((published_ & kMediaStreamVideo) != 0) {
     video_ = media_.borrowVideo(*this);
     publisher_->setVideo(video_);
   } else {
-    publisher_->setVideo(nullptr);
-    video_ = nullptr;
+    publisher_->setVideo({});
+    video_.clear();
     media_.giveBackVideo(*this);
   }
   if ((published_ & kMediaStreamAudio) != 0) {
@@ -65,13 +69,16 @@ void LocalStream::update() {
 
 void LocalStream::followLink() {
   feedback_ = room_.engine.thread.after(kFeedbackInterval, [this] { followLink(); });
-  if (video_ == nullptr) return;
+  if (video_.empty()) return;
   publisher_->peer().requestStatistics([this](const GstStructure* report) {
     connection_ = readConnectionStats(report);
-    if (video_ == nullptr || video_->fullBitrate() == 0) return;
+    int32_t full = 0;
+    for (const VideoEncoder* layer : video_) full += layer->fullBitrate();
+    if (full == 0) return;
     const LinkFeedback told = {connection_.sent_video.fraction_lost, connection_.sent_video.rtt_ms};
-    const int32_t lowest = video_->minBitrate() > 0 ? video_->minBitrate() : kLowestBitrate;
-    media_.limitVideo(*this, bitrate_.update(told, lowest, video_->fullBitrate()));
+    // Of the smallest layer, which is sent last.
+    const int32_t lowest = video_.back()->minBitrate() > 0 ? video_.back()->minBitrate() : kLowestBitrate;
+    media_.limitVideo(*this, bitrate_.update(told, lowest, full));
   });
 }
 
@@ -89,7 +96,7 @@ void LocalStream::close() {
   sent_video_.set(false, 0);
   sent_sound_.set(false, 0);
   publisher_.reset();
-  video_ = nullptr;
+  video_.clear();
   connection_ = {};
   taken_ = {};
   media_.giveBackVideo(*this);
@@ -114,11 +121,18 @@ void LocalStream::onPeerFailed(const std::string& reason) {
                                      jsonText(extra).c_str());
 }
 
-void LocalStream::onVideoEncoder(VideoEncoder& encoder) {
+void LocalStream::onVideoEncoders(const VideoLayers& encoders) {
   if (publisher_ == nullptr) return;
-  publisher_->setVideo(&encoder);
-  video_ = &encoder;
+  if (encoders.size() != publisher_->layers()) return reopen();
+  publisher_->setVideo(encoders);
+  video_ = encoders;
   taken_.pictures_in = taken_.pictures_out = taken_.encoded_bytes = taken_.encode_ns = 0;
+}
+
+// How many layers there are is settled when a connection is offered.
+void LocalStream::reopen() {
+  close();
+  retry_ = room_.engine.thread.after(kReopenPause, [this] { update(); });
 }
 
 void LocalStream::requestStatistics() {
@@ -132,11 +146,11 @@ bool LocalStream::takeStatistics(int32_t interval_ms, LocalStreamStats& stats, i
   Counters now = {.sound_bytes = publisher_->soundBytes(), .video_bytes = publisher_->videoBytes()};
   LocalVideoStats& video = stats.video_stats;
   stats.is_screen = video.is_screen = stream_index_ == kStreamIndexScreen;
-  if (video_ != nullptr) {
-    const EncodedCounts& counts = video_->counts();
+  for (const VideoEncoder* layer : video_) now.encoded_bytes += layer->counts().bytes_out;
+  if (!video_.empty()) {
+    const EncodedCounts& counts = video_.front()->counts();
     now.pictures_in = counts.pictures_in;
     now.pictures_out = counts.pictures_out;
-    now.encoded_bytes = counts.bytes_out;
     now.encode_ns = counts.encode_ns;
     video.encoded_frame_width = counts.width;
     video.encoded_frame_height = counts.height;

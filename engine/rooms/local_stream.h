@@ -38,11 +38,12 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
  private:
   void update();
   void close();
+  void reopen();
   void followLink();
 
   void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
-  void onVideoEncoder(VideoEncoder& encoder) override;
+  void onVideoEncoders(const VideoLayers& encoders) override;
   void onEncodingFailed(const std::string& reason) override;
 
   RoomContext& room_;
@@ -65,7 +66,7 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   };
 
   std::unique_ptr<Publisher> publisher_;
-  VideoEncoder* video_ = nullptr;  // borrowed
+  VideoLayers video_;  // borrowed
   ConnectionStats connection_;
   BitrateControl bitrate_;
   AttachedSource feedback_;

@@ -1,5 +1,6 @@
 #include "rooms/member_state.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/json.h"
@@ -11,6 +12,8 @@ namespace {
 
 // Pairs of one member; a room has up to ten.
 constexpr size_t kMaxPairs = 32;
+constexpr size_t kMaxLayers = 3;
+constexpr uint64_t kLongestSide = 16384;
 // What setting a pair allows.
 constexpr size_t kMaxKey = 10;
 constexpr size_t kMaxValue = 128;
@@ -22,6 +25,12 @@ bool isPair(const std::string& key, const ExtraInfo& info) {
          info.time_ms <= kMaxTime;
 }
 
+// Pixels; 0 for what is no number of them.
+int32_t sideOf(const Json& layer, size_t at) {
+  if (!layer.is_array() || at >= layer.size() || !layer[at].is_number_unsigned()) return 0;
+  return static_cast<int32_t>(std::min<uint64_t>(layer[at].get<uint64_t>(), kLongestSide));
+}
+
 }  // namespace
 
 std::string writeMemberState(const MemberState& state) {
@@ -29,6 +38,7 @@ std::string writeMemberState(const MemberState& state) {
   if (state.screen != 0) json["screen"] = state.screen;
   if (state.capturing != 0) json["captures"] = state.capturing;
   if (state.screen_captured) json["shares"] = true;
+  for (const LayerSize& layer : state.layers) json["layers"].push_back({layer.width, layer.height});
   if (!state.visible) json["visible"] = false;
   if (state.forwarded) json["forwarded"] = true;
   if (state.leaving) json["leaving"] = true;
@@ -52,6 +62,9 @@ MemberState readMemberState(const std::string& text) {
   state.screen = static_cast<int32_t>(numberOf(json, "screen")) & kMediaStreamBoth;
   state.capturing = static_cast<int32_t>(numberOf(json, "captures")) & kMediaStreamBoth;
   state.screen_captured = flagOf(json, "shares", false);
+  if (const Json& layers = memberOf(json, "layers"); layers.is_array() && layers.size() <= kMaxLayers) {
+    for (const Json& layer : layers) state.layers.push_back({sideOf(layer, 0), sideOf(layer, 1)});
+  }
   state.visible = flagOf(json, "visible", true);
   state.forwarded = flagOf(json, "forwarded", false);
   state.leaving = flagOf(json, "leaving", false);

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "rooms/layer_choice.h"
 #include "rooms/voice_place.h"
 
 namespace corvane::rtc {
@@ -24,6 +26,7 @@ struct MemberState {
   int32_t screen = 0;      ///< likewise, of the screen
   int32_t capturing = 0;   ///< of camera and microphone, whether published or not: MediaStreamType
   bool screen_captured = false;
+  std::vector<LayerSize> layers;  ///< of the camera's video, the largest first; none where there is one
   bool visible = true;
   bool forwarded = false;                      ///< a user of another room, who sends only: no messages reach it
   bool leaving = false;                        ///< the user leaves of its own will

@@ -1,5 +1,6 @@
 #include "rooms/peer_connection.h"
 
+#include <gst/rtp/gstrtcpbuffer.h>
 #include <gst/webrtc/webrtc.h>
 
 #include <string_view>
@@ -37,26 +38,6 @@ Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   return gst_sdp_message_medias_len(message) > 0 ? std::move(description) : nullptr;
 }
 
-void setUpTransport(GstBin*, GstBin*, GstElement* element, gpointer) {
-  const GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr) return;
-  const std::string_view kind = GST_OBJECT_NAME(factory);
-  if (kind == "rtpjitterbuffer") {
-    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
-    // or a picture that was left out, that is the packet which everything after it needs.
-    g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
-    // It would keep a stream's first packet for as long as ones from before it could still come. Streams are joined in
-    // the middle: what came before is of no use without more that was never sent.
-    g_object_set(element, "faststart-min-packets", 1U, nullptr);
-  }
-  if (kind != "rtpsession") return;
-  GObject* session = nullptr;
-  g_object_get(element, "internal-session", &session, nullptr);
-  if (session == nullptr) return;
-  g_object_set(session, "rtcp-min-interval", kReportInterval, nullptr);
-  g_object_unref(session);
-}
-
 }  // namespace
 
 PeerConnection::PeerConnection(EngineContext& context, const char* name, bool loopback_only, Listener& listener)
@@ -90,6 +71,35 @@ void PeerConnection::setUpIce(bool loopback_only) {
   if (loopback_only) g_signal_emit_by_name(ice, "add-local-ip-address", "127.0.0.1", &added);
 }
 
+// On a thread of webrtcbin's.
+void PeerConnection::setUpTransport(GstElement* element) {
+  const GstElementFactory* factory = gst_element_get_factory(element);
+  if (factory == nullptr) return;
+  const std::string_view kind = GST_OBJECT_NAME(factory);
+  if (kind == "rtpjitterbuffer") {
+    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
+    // or a picture that was left out, that is the packet which everything after it needs.
+    g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
+    // It would keep a stream's first packet for as long as ones from before it could still come. Streams are joined in
+    // the middle: what came before is of no use without more that was never sent.
+    g_object_set(element, "faststart-min-packets", 1U, nullptr);
+  }
+  if (kind != "rtpsession") return;
+  GObject* session = nullptr;
+  g_object_get(element, "internal-session", &session, nullptr);
+  if (session == nullptr) return;
+  const GObjectPtr<GObject> owned(session);
+  g_object_set(session, "rtcp-min-interval", kReportInterval, nullptr);
+  // The requests that come up the pipeline leave out those for a video's second and third layer.
+  const auto on_feedback = +[](GObject*, guint type, guint kind_of_feedback, guint, guint, GstBuffer*, gpointer data) {
+    auto* self = static_cast<PeerConnection*>(data);
+    const bool asks = type == GST_RTCP_TYPE_PSFB &&
+                      (kind_of_feedback == GST_RTCP_PSFB_TYPE_PLI || kind_of_feedback == GST_RTCP_PSFB_TYPE_FIR);
+    if (asks) self->ask_for_key_frame_();
+  };
+  if (ask_for_key_frame_ != nullptr) g_signal_connect(session, "on-feedback-rtcp", G_CALLBACK(on_feedback), this);
+}
+
 void PeerConnection::connectSignals() {
   // Emitted on threads of webrtcbin's, which are gone when the pipeline has stopped.
   const auto on_candidate = +[](GstElement*, guint line, gchar* candidate, gpointer data) {
@@ -106,7 +116,10 @@ void PeerConnection::connectSignals() {
   };
   g_signal_connect(webrtc_, "on-ice-candidate", G_CALLBACK(on_candidate), this);
   g_signal_connect(webrtc_, "notify::connection-state", G_CALLBACK(on_state), this);
-  g_signal_connect(webrtc_, "deep-element-added", G_CALLBACK(setUpTransport), nullptr);
+  const auto on_element = +[](GstBin*, GstBin*, GstElement* element, gpointer data) {
+    static_cast<PeerConnection*>(data)->setUpTransport(element);
+  };
+  g_signal_connect(webrtc_, "deep-element-added", G_CALLBACK(on_element), this);
 }
 
 void PeerConnection::start() {
@@ -171,6 +184,7 @@ void PeerConnection::onDescriptionMade(const GstStructure* reply, const char* fi
   const Description local = makeDescription(made->type, sdp);
   if (local == nullptr) return fail("a description that was made cannot be read");
   g_signal_emit_by_name(webrtc_, "set-local-description", local.get(), nullptr);
+  if (layers_.size() > 1) sdp = offeringLayers(sdp, layers_);
   if (link_ != nullptr) link_->sendDescription(sdp);
 }
 

@@ -1,9 +1,12 @@
 // One WebRTC connection to a service: a pipeline around GStreamer's webrtcbin, negotiated over a link.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "capture/pipeline.h"
 #include "core/engine_context.h"
@@ -34,6 +37,10 @@ class PeerConnection : public PeerLink::Listener {
   GstElement* webrtc() { return webrtc_; }
 
   void setLink(PeerLink& link) { link_ = &link; }
+  /// The sources that the layers of one offered video come from, the largest first.
+  void setLayers(std::vector<uint32_t> sources) { layers_ = std::move(sources); }
+  /// Called on threads of the connection's, when a receiver cannot go on without a key frame. To be set before start().
+  void onKeyFrameAsked(std::function<void()> ask) { ask_for_key_frame_ = std::move(ask); }
   void start();
   /// No thread of the pipeline's runs any more afterwards.
   void stop();
@@ -50,6 +57,7 @@ class PeerConnection : public PeerLink::Listener {
 
  private:
   void connectSignals();
+  void setUpTransport(GstElement* element);
   void setUpIce(bool loopback_only);
   void onDescriptionMade(const GstStructure* reply, const char* field);
   void onStateChanged(int state);
@@ -64,6 +72,8 @@ class PeerConnection : public PeerLink::Listener {
   GstElement* webrtc_ = nullptr;
   AttachedSource watch_;
   AttachedSource patience_;
+  std::vector<uint32_t> layers_;
+  std::function<void()> ask_for_key_frame_;
   bool offering_ = false;
   bool connected_ = false;
   bool failed_ = false;

@@ -1,8 +1,8 @@
 #include "rooms/publisher.h"
 
-#include <gst/video/video.h>
 #include <gst/webrtc/webrtc.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -18,82 +18,109 @@ bool isH264() {
 
 }  // namespace
 
-Publisher::Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, bool loopback_only,
-                     PeerConnection::Listener& listener)
-    : peer_(context, "publisher", loopback_only, listener), link_(session.openPublisher(stream_index, peer_)) {
+Publisher::Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, size_t layers,
+                     bool loopback_only, PeerConnection::Listener& listener)
+    : peer_(context, "publisher", loopback_only, listener),
+      video_(layers),
+      link_(session.openPublisher(stream_index, peer_)) {
   peer_.setLink(*link_);
+  // Services ask for those of all layers at once.
+  peer_.onKeyFrameAsked([this] {
+    for (const Stream& layer : video_) {
+      if (VideoEncoder* encoder = layer.encoder.load()) encoder->requestKeyFrame();
+    }
+  });
   if (peer_.webrtc() == nullptr) return;
   addSound();
   addVideo();
 }
 
 Publisher::~Publisher() {
-  setVideo(nullptr);
+  setVideo({});
   setSound(nullptr);
   peer_.stop();
 }
 
 void Publisher::addSound() {
-  addStream(sound_, "audio/x-opus,rate=48000,channels=1,channel-mapping-family=0,stream-count=1,coupled-count=0",
-            "rtpopuspay",
-            "application/x-rtp,media=audio,encoding-name=OPUS,clock-rate=48000,encoding-params=(string)2,payload=111");
+  GstElement* packets =
+      addStream(sound_, "audio/x-opus,rate=48000,channels=1,channel-mapping-family=0,stream-count=1,coupled-count=0",
+                "rtpopuspay");
+  connect(packets,
+          "application/x-rtp,media=audio,encoding-name=OPUS,clock-rate=48000,encoding-params=(string)2,payload=111",
+          sound_.number);
 }
 
 void Publisher::addVideo() {
-  GstElement* payloader =
-      isH264() ? addStream(video_, "video/x-h264,stream-format=byte-stream,alignment=au", "rtph264pay",
-                           "application/x-rtp,media=video,encoding-name=H264,clock-rate=90000,payload=96")
-               : addStream(video_, "video/x-vp8", "rtpvp8pay",
-                           "application/x-rtp,media=video,encoding-name=VP8,clock-rate=90000,payload=96");
-  if (payloader == nullptr) return;
+  const char* caps = isH264() ? "application/x-rtp,media=video,encoding-name=H264,clock-rate=90000,payload=96"
+                              : "application/x-rtp,media=video,encoding-name=VP8,clock-rate=90000,payload=96";
+  GstElement* packets = addVideoLayer(video_.front());
+  if (video_.size() > 1) packets = addLayersBeside(packets);
+  connect(packets, caps, video_.front().number);
+}
+
+// The other layers go along in the largest one's medium.
+GstElement* Publisher::addLayersBeside(GstElement* largest) {
+  GstElement* funnel = peer_.pipeline().add("rtpfunnel", nullptr);
+  if (largest == nullptr || funnel == nullptr) return nullptr;
+  gst_element_link(largest, funnel);
+  std::vector<uint32_t> numbers = {video_.front().number};
+  for (auto layer = video_.begin() + 1; layer != video_.end(); ++layer) {
+    GstElement* packets = addVideoLayer(*layer);
+    if (packets == nullptr) return nullptr;
+    gst_element_link(packets, funnel);
+    numbers.push_back(layer->number);
+  }
+  peer_.setLayers(std::move(numbers));
+  return funnel;
+}
+
+GstElement* Publisher::addVideoLayer(Stream& layer) {
+  GstElement* payloader = isH264()
+                              ? addStream(layer, "video/x-h264,stream-format=byte-stream,alignment=au", "rtph264pay")
+                              : addStream(layer, "video/x-vp8", "rtpvp8pay");
+  if (payloader == nullptr) return nullptr;
+  g_object_set(payloader, "pt", 96U, nullptr);
   if (isH264()) {
     g_object_set(payloader, "config-interval", -1, nullptr);
     gst_util_set_object_arg(G_OBJECT(payloader), "aggregate-mode", "zero-latency");
   } else {
     gst_util_set_object_arg(G_OBJECT(payloader), "picture-id-mode", "15-bit");
   }
-
-  // Receivers' requests for key frames come up the pipeline.
-  const GstPtr<GstPad> pad(gst_element_get_static_pad(GST_ELEMENT(video_.source), "src"));
-  gst_pad_add_probe(
-      pad.get(), GST_PAD_PROBE_TYPE_EVENT_UPSTREAM,
-      [](GstPad*, GstPadProbeInfo* info, gpointer self) {
-        GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
-        VideoEncoder* encoder = static_cast<Publisher*>(self)->video_encoder_.load();
-        if (encoder != nullptr && gst_video_event_is_force_key_unit(event)) encoder->requestKeyFrame();
-        return GST_PAD_PROBE_OK;
-      },
-      this, nullptr);
+  return payloader;
 }
 
-GstElement* Publisher::addStream(Stream& stream, const char* caps, const char* payloader_kind, const char* rtp_caps) {
+GstElement* Publisher::addStream(Stream& stream, const char* caps, const char* payloader_kind) {
   GstElement* source = peer_.pipeline().add("appsrc", nullptr);
   GstElement* payloader = peer_.pipeline().add(payloader_kind, nullptr);
-  GstElement* filter = peer_.pipeline().add("capsfilter", nullptr);
-  if (source == nullptr || payloader == nullptr || filter == nullptr) return nullptr;
+  if (source == nullptr || payloader == nullptr) return nullptr;
   gst_util_set_object_arg(G_OBJECT(source), "caps", caps);
   g_object_set(source, "format", GST_FORMAT_TIME, "is-live", TRUE, "max-buffers", kWaitingBuffers, "max-bytes",
                guint64{0}, nullptr);
   gst_util_set_object_arg(G_OBJECT(source), "leaky-type", "downstream");
+  stream.number = static_cast<uint32_t>(g_random_int_range(1, G_MAXINT32));
+  g_object_set(payloader, "ssrc", stream.number, nullptr);
+  gst_element_link(source, payloader);
+  stream.source = GST_APP_SRC(source);
+  return payloader;
+}
+
+void Publisher::connect(GstElement* packets, const char* rtp_caps, uint32_t number) {
+  GstElement* filter = peer_.pipeline().add("capsfilter", nullptr);
+  if (packets == nullptr || filter == nullptr) return;
   // The source's number has to stand in the offer: a service passes over packets of sources that it was not told of.
-  const GstPtr<GstCaps> out_caps(gst_caps_from_string(rtp_caps));
-  const auto number = static_cast<guint>(g_random_int_range(1, G_MAXINT32));
-  g_object_set(payloader, "ssrc", number, nullptr);
-  gst_caps_set_simple(out_caps.get(), "ssrc", G_TYPE_UINT, number, nullptr);
-  g_object_set(filter, "caps", out_caps.get(), nullptr);
-  gst_element_link_many(source, payloader, filter, nullptr);
+  const GstPtr<GstCaps> caps(gst_caps_from_string(rtp_caps));
+  gst_caps_set_simple(caps.get(), "ssrc", G_TYPE_UINT, number, nullptr);
+  g_object_set(filter, "caps", caps.get(), nullptr);
+  gst_element_link(packets, filter);
 
   const GstPtr<GstPad> out(gst_element_get_static_pad(filter, "src"));
   const GstPtr<GstPad> in(gst_element_request_pad_simple(peer_.webrtc(), "sink_%u"));
   gst_pad_link(out.get(), in.get());
   GstWebRTCRTPTransceiver* transceiver = nullptr;
   g_object_get(in.get(), "transceiver", &transceiver, nullptr);
-  if (transceiver != nullptr) {
-    g_object_set(transceiver, "direction", GST_WEBRTC_RTP_TRANSCEIVER_DIRECTION_SENDONLY, "do-nack", TRUE, nullptr);
-    gst_object_unref(transceiver);
-  }
-  stream.source = GST_APP_SRC(source);
-  return payloader;
+  if (transceiver == nullptr) return;
+  g_object_set(transceiver, "direction", GST_WEBRTC_RTP_TRANSCEIVER_DIRECTION_SENDONLY, "do-nack", TRUE, nullptr);
+  gst_object_unref(transceiver);
 }
 
 void Publisher::start() {
@@ -101,12 +128,21 @@ void Publisher::start() {
   peer_.sendOffer();
 }
 
-void Publisher::setVideo(VideoEncoder* encoder) {
-  if (VideoEncoder* previous = video_encoder_.exchange(nullptr)) previous->taps().remove(video_);
-  if (encoder == nullptr || video_.source == nullptr) return;
-  video_encoder_.store(encoder);
-  encoder->taps().add(video_);
-  encoder->requestKeyFrame();
+void Publisher::setVideo(const std::vector<VideoEncoder*>& encoders) {
+  for (size_t at = 0; at < video_.size(); ++at) {
+    Stream& layer = video_[at];
+    if (VideoEncoder* previous = layer.encoder.exchange(nullptr)) previous->taps().remove(layer);
+    if (at >= encoders.size() || layer.source == nullptr) continue;
+    layer.encoder.store(encoders[at]);
+    encoders[at]->taps().add(layer);
+    encoders[at]->requestKeyFrame();
+  }
+}
+
+int64_t Publisher::videoBytes() const {
+  int64_t bytes = 0;
+  for (const Stream& layer : video_) bytes += layer.bytes();
+  return bytes;
 }
 
 void Publisher::setSound(SoundEncoder* encoder) {
@@ -117,7 +153,6 @@ void Publisher::setSound(SoundEncoder* encoder) {
 }
 
 void Publisher::Stream::onEncoded(GstBuffer* buffer) {
-  count_.fetch_add(1, std::memory_order_relaxed);
   bytes_.fetch_add(static_cast<int64_t>(gst_buffer_get_size(buffer)), std::memory_order_relaxed);
   gst_app_src_push_buffer(source, gst_buffer_ref(buffer));
 }

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "media/sound_encoder.h"
 #include "media/video_encoder.h"
@@ -18,21 +19,22 @@ namespace corvane::rtc {
 /// Engine thread only.
 class Publisher final {
  public:
-  Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, bool loopback_only,
+  /// layers: how many of the video can be sent, 1 to kMaxVideoLayers.
+  Publisher(EngineContext& context, RoomSession& session, int32_t stream_index, size_t layers, bool loopback_only,
             PeerConnection::Listener& listener);
   ~Publisher();
   Publisher(const Publisher&) = delete;
   Publisher& operator=(const Publisher&) = delete;
 
   void start();
-  /// Null stops sending. The encoder must live until it is replaced.
-  void setVideo(VideoEncoder* encoder);
+  /// One for each layer, the largest first; none stops sending. Encoders must live until they are replaced.
+  void setVideo(const std::vector<VideoEncoder*>& encoders);
   void setSound(SoundEncoder* encoder);
 
   PeerConnection& peer() { return peer_; }
-  int64_t videoBytes() const { return video_.bytes(); }
+  size_t layers() const { return video_.size(); }
+  int64_t videoBytes() const;
   int64_t soundBytes() const { return sound_.bytes(); }
-  int64_t pictures() const { return video_.count(); }
 
  private:
   // One medium's way from its encoder into the connection.
@@ -40,23 +42,25 @@ class Publisher final {
    public:
     void onEncoded(GstBuffer* buffer) override;
     int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
-    int64_t count() const { return count_.load(std::memory_order_relaxed); }
 
     GstAppSrc* source = nullptr;
+    uint32_t number = 0;                           // of the packets' source
+    std::atomic<VideoEncoder*> encoder = nullptr;  // of a video's: the connection's threads ask it for key frames
 
    private:
     std::atomic<int64_t> bytes_ = 0;
-    std::atomic<int64_t> count_ = 0;
   };
 
   void addVideo();
+  GstElement* addVideoLayer(Stream& layer);
+  GstElement* addLayersBeside(GstElement* largest);
   void addSound();
-  GstElement* addStream(Stream& stream, const char* caps, const char* payloader_kind, const char* rtp_caps);
+  GstElement* addStream(Stream& stream, const char* caps, const char* payloader_kind);
+  void connect(GstElement* packets, const char* rtp_caps, uint32_t number);
 
   PeerConnection peer_;
-  Stream video_;
+  std::vector<Stream> video_;  // a layer each, the largest first
   Stream sound_;
-  std::atomic<VideoEncoder*> video_encoder_ = nullptr;  // the connection's threads ask it for key frames
   SoundEncoder* sound_encoder_ = nullptr;
   std::unique_ptr<PeerLink> link_;  // goes first: the service need not answer any more
 };

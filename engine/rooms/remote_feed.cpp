@@ -40,15 +40,16 @@ void askForRepeats(GstElement*, GstWebRTCRTPTransceiver* transceiver, gpointer) 
 }  // namespace
 
 RemoteFeed::RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member, int32_t stream_index,
-                       const std::vector<FeedStream>& streams, bool loopback_only, PeerConnection::Listener& listener,
-                       Receiver& receiver)
+                       const std::vector<FeedStream>& streams, int layer, bool loopback_only,
+                       PeerConnection::Listener& listener, Receiver& receiver)
     : context_(context),
       streams_(streams),
       receiver_(receiver),
       peer_(context, "feed", loopback_only, listener),
       stall_(stream_index == kStreamIndexScreen ? kScreenStall : kStall),
       wanted_(kMediaStreamBoth),
-      link_(session.openFeed(member, stream_index, streams, peer_)) {
+      layer_(layer),
+      link_(session.openFeed(member, stream_index, streams, layer, *this)) {
   peer_.setLink(*link_);
   if (peer_.webrtc() == nullptr) return;
   for (const FeedStream& stream : streams_) {
@@ -195,6 +196,13 @@ void RemoteFeed::setWanted(int32_t media) {
     link_->setSending(stream.mid, (media & bit) != 0);
   }
   wanted_ = media;
+}
+
+void RemoteFeed::setLayer(int layer) {
+  if (std::exchange(layer_, layer) == layer) return;
+  for (const FeedStream& stream : streams_) {
+    if (stream.is_video) link_->setLayer(stream.mid, layer);
+  }
 }
 
 GstFlowReturn RemoteFeed::onPicture(GstPtr<GstSample> sample) {

@@ -27,7 +27,7 @@ struct FeedCounts {
 };
 
 /// Engine thread only, but for what is marked otherwise.
-class RemoteFeed final {
+class RemoteFeed final : private FeedLink::Listener {
  public:
   class Receiver {
    public:
@@ -35,13 +35,15 @@ class RemoteFeed final {
     virtual void onRemotePicture(const Picture& picture) = 0;
     /// On another thread of the feed's, 10 ms at a time.
     virtual void onRemoteSound(const SoundBlock& block) = 0;
+    /// On the engine thread: see FeedLink.
+    virtual void onRemoteLayer(int layer) = 0;
 
    protected:
     ~Receiver() = default;
   };
 
   RemoteFeed(EngineContext& context, RoomSession& session, const std::string& member, int32_t stream_index,
-             const std::vector<FeedStream>& streams, bool loopback_only, PeerConnection::Listener& listener,
+             const std::vector<FeedStream>& streams, int layer, bool loopback_only, PeerConnection::Listener& listener,
              Receiver& receiver);
   /// The receiver is not called afterwards.
   ~RemoteFeed();
@@ -51,12 +53,21 @@ class RemoteFeed final {
   void start();
   /// Which media are wanted: a MediaStreamType. The service sends no others.
   void setWanted(int32_t media);
+  /// Which layer of the video is wanted: see FeedLink.
+  void setLayer(int layer);
 
   const std::vector<FeedStream>& streams() const { return streams_; }
   const FeedCounts& counts() const { return counts_; }
   PeerConnection& peer() { return peer_; }
 
  private:
+  void onRemoteDescription(const std::string& sdp) override { peer_.onRemoteDescription(sdp); }
+  void onRemoteCandidate(unsigned line, const std::string& candidate) override {
+    peer_.onRemoteCandidate(line, candidate);
+  }
+  void onLinkFailed(const std::string& reason) override { peer_.fail(reason); }
+  void onLayer(int layer) override { receiver_.onRemoteLayer(layer); }
+
   void addVideo(const FeedStream& stream);
   void addSound(const FeedStream& stream);
   void linkPad(GstPad* pad);
@@ -71,6 +82,7 @@ class RemoteFeed final {
   PeerConnection peer_;
   const GstClockTime stall_;  // a pause between pictures that a viewer notices
   int32_t wanted_;
+  int layer_;
   std::atomic<bool> resumed_ = false;  // pictures come again that were not wanted for a while
   GstElement* video_entry_ = nullptr;  // where received packets go in, as is:
   GstElement* sound_entry_ = nullptr;

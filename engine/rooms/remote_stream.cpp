@@ -58,6 +58,7 @@ void RemoteStream::update(RoomSession* session, bool loopback_only) {
   follow(media & ~paused_);
   if (feed_ != nullptr && (media == 0 || feed_->streams() != streams_)) closeFeed();
   if (media == 0) return retry_.reset();
+  chooseLayer();
   if (feed_ == nullptr) openFeed();
   feed_->setWanted(media & ~paused_);
 }
@@ -67,9 +68,38 @@ void RemoteStream::openFeed() {
   opening_ = std::make_shared<char>();
   seen_size_ = {};
   picture_awaited_ = showing_awaited_ = sound_awaited_ = true;
-  feed_ = std::make_unique<RemoteFeed>(room_.engine, *session_, uid_, stream_index_, streams_, loopback_only_, *this,
-                                       *this);
+  feed_ = std::make_unique<RemoteFeed>(room_.engine, *session_, uid_, stream_index_, streams_, serviceLayer(),
+                                       loopback_only_, *this, *this);
   feed_->start();
+}
+
+void RemoteStream::setConfig(const RemoteVideoConfig& config) {
+  config_ = config;
+  shown_rate_.store(config.framerate, std::memory_order_relaxed);
+}
+
+// The layer that is asked for, as services count. A user of which no layers are known may send some.
+int RemoteStream::serviceLayer() const {
+  return layers_.empty() ? FeedLink::kLargestLayer : static_cast<int>(layers_.size()) - 1 - layer_asked_;
+}
+
+void RemoteStream::chooseLayer() {
+  const auto layer = static_cast<int32_t>(rtc::chooseLayer(layers_, config_));
+  if (layer != layer_asked_) layer_reached_ = false;
+  layer_asked_ = layer;
+  if (feed_ != nullptr) feed_->setLayer(serviceLayer());
+}
+
+void RemoteStream::onRemoteLayer(int layer) {
+  if (layers_.empty() || layer >= static_cast<int>(layers_.size())) return;
+  const int32_t before = std::exchange(layer_comes_, static_cast<int32_t>(layers_.size()) - 1 - layer);
+  const bool was_reached = std::exchange(layer_reached_, layer_reached_ || layer_comes_ == layer_asked_);
+  if (!was_reached || before == layer_comes_) return;
+  // It changed without having been asked to.
+  const SimulcastFallbackReason reason =
+      layer_comes_ > before ? kSimulcastFallbackPublisher : kSimulcastRecoverPublisher;
+  room_.engine.events->onSimulcastSubscribeFallback(
+      {uid_.c_str(), isScreen(), before, layer_comes_, true, true, reason});
 }
 
 // Tells which media are to come from now on, or why they do not.
@@ -101,6 +131,9 @@ void RemoteStream::closeFeed() {
   retry_.reset();
   if (feed_ == nullptr) return;
   feed_.reset();
+  layer_comes_ = -1;
+  layer_reached_ = false;
+  shown_ = 0;
   opening_.reset();  // read by the feed's thread until it has ended
   reported_size_ = {};
   rendered_told_ = sound_told_ = false;
@@ -115,7 +148,11 @@ void RemoteStream::reportSubscribed(SubscribeState state) {
   info.is_screen = isScreen();
   info.sub_video = (media & kMediaStreamVideo) != 0;
   info.sub_audio = (media & kMediaStreamAudio) != 0;
-  info.sub_video_index = info.sub_video ? 0 : -1;
+  info.video_index = layer_asked_;
+  info.framerate = config_.framerate;
+  info.sub_width = config_.resolution_width;
+  info.sub_height = config_.resolution_height;
+  info.sub_video_index = info.sub_video ? layer_asked_ : -1;
   room_.events->onStreamSubscribed(state, uid_.c_str(), info);
 }
 
@@ -146,6 +183,10 @@ void RemoteStream::onRemotePicture(const Picture& picture) {
     room_.engine.thread.post(opening_, [this, size] { onShown(size); });
   }
   room_.snapshots.offer(*snapshots_, picture);
+  const int32_t wanted_rate = shown_rate_.load(std::memory_order_relaxed);
+  if (std::exchange(seen_rate_, wanted_rate) != wanted_rate) rate_ = PictureRate(wanted_rate);
+  if (!rate_.take(clockNow())) return;
+  shown_.fetch_add(1, std::memory_order_relaxed);
   sink_->deliver(picture);
 }
 
@@ -205,7 +246,7 @@ void RemoteStream::requestStatistics() {
 bool RemoteStream::takeStatistics(int32_t interval_ms, RemoteStreamStats& stats, int64_t& received_bytes) {
   if (feed_ == nullptr) return false;
   const FeedCounts& counts = feed_->counts();
-  const Counters now = {connection_, counts.pictures, counts.stalls, counts.stall_ns};
+  const Counters now = {connection_, counts.pictures, shown_, counts.stalls, counts.stall_ns};
   const MediumStats& video_before = taken_.connection.received_video;
   const MediumStats& video_now = now.connection.received_video;
   const MediumStats& sound_before = taken_.connection.received_sound;
@@ -221,11 +262,14 @@ bool RemoteStream::takeStatistics(int32_t interval_ms, RemoteStreamStats& stats,
   video.video_loss_rate = lossRate(video_now.lost - video_before.lost, video_now.packets - video_before.packets);
   video.received_kbitrate = bitrate(video_now.bytes - video_before.bytes, interval_ms);
   if (interval_ms > 0) {
-    video.decoder_output_frame_rate =
-        static_cast<int32_t>(((now.pictures - taken_.pictures) * 1000 + interval_ms / 2) / interval_ms);
+    const auto rate = [interval_ms](int64_t pictures) {
+      return static_cast<int32_t>((pictures * 1000 + interval_ms / 2) / interval_ms);
+    };
+    video.decoder_output_frame_rate = rate(now.pictures - taken_.pictures);
+    video.renderer_output_frame_rate = sink_->attached() ? rate(now.shown - taken_.shown) : 0;
     video.frozen_rate = std::min(stall_ms * 100 / interval_ms, 100);
   }
-  video.renderer_output_frame_rate = sink_->attached() ? video.decoder_output_frame_rate : 0;
+  video.video_index = std::max(layer_comes_, 0);
   video.stall_count = static_cast<int32_t>(now.stalls - taken_.stalls);
   video.stall_duration = stall_ms;
   video.stats_interval = interval_ms;

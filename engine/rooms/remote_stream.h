@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "media/picture_rate.h"
 #include "playback/remote_sounds.h"
 #include "rooms/connection_stats.h"
+#include "rooms/layer_choice.h"
 #include "rooms/remote_feed.h"
 #include "rooms/remote_flow.h"
 #include "rooms/room_context.h"
@@ -34,6 +36,10 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   void setMetaData(const std::string& text);
   /// What the service has.
   void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
+  /// The sizes of its video's layers, as the user tells of them; none where there is one layer.
+  void setLayers(std::vector<LayerSize> layers) { layers_ = std::move(layers); }
+  /// The largest picture wanted.
+  void setConfig(const RemoteVideoConfig& config);
   void setWanted(int32_t media) { wanted_ = media; }
   int32_t wanted() const { return wanted_; }
   /// Media that do not arrive although they are wanted.
@@ -71,6 +77,8 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   };
 
   StreamKey key() const;
+  int serviceLayer() const;
+  void chooseLayer();
   void openFeed();
   void closeFeed();
   void follow(int32_t media);
@@ -82,6 +90,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   void onPeerFailed(const std::string& reason) override;
   void onRemotePicture(const Picture& picture) override;
   void onRemoteSound(const SoundBlock& block) override;
+  void onRemoteLayer(int layer) override;
   void onFirstSound();
   void onFirstPicture();
 
@@ -92,6 +101,13 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   const std::shared_ptr<Snapshots::Stream> snapshots_;
   std::vector<FeedStream> streams_;
   int32_t published_ = 0;
+  std::vector<LayerSize> layers_;
+  RemoteVideoConfig config_ = {};
+  int32_t layer_asked_ = 0;              // index, 0 the largest
+  int32_t layer_comes_ = -1;             // likewise; -1 while it is not known
+  bool layer_reached_ = false;           // since it was asked for
+  std::atomic<int32_t> shown_rate_ = 0;  // pictures a second at most that are shown; 0 for all
+  std::atomic<int64_t> shown_ = 0;
   int32_t told_ = 0;
   int32_t wanted_;
   int32_t paused_ = 0;
@@ -106,7 +122,10 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   std::chrono::steady_clock::time_point last_picture_;
   std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
   AttachedSource retry_;
-  Size seen_size_;  // the feed's own thread's
+  // The feed's own thread's:
+  Size seen_size_;
+  int32_t seen_rate_ = 0;
+  PictureRate rate_ = PictureRate(0);
   // Which firsts are to be told: set on the engine thread, cleared by the feed's.
   std::atomic<bool> picture_awaited_ = false;
   std::atomic<bool> showing_awaited_ = false;
@@ -117,6 +136,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   struct Counters {
     ConnectionStats connection;
     int64_t pictures = 0;
+    int64_t shown = 0;
     int64_t stalls = 0;
     int64_t stall_ns = 0;
   };

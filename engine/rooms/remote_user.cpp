@@ -12,6 +12,7 @@ RemoteUser::RemoteUser(RoomContext& room, std::string uid, int32_t wanted)
 void RemoteUser::setState(MemberState state) {
   state_ = std::move(state);
   for (RemoteStream& stream : streams_) stream.setMetaData(state_.extra_info);
+  stream(kStreamIndexMain).setLayers(state_.layers);
   stream(kStreamIndexMain).setPublished(state_.visible ? state_.published : 0);
   stream(kStreamIndexScreen).setPublished(state_.visible ? state_.screen : 0);
 }

@@ -61,6 +61,7 @@ void Room::join(RoomJoin join) {
   own_.extra_info = join_.extra_info;
   own_.visible = visible_;
   setCapturing(capturing_);
+  tellLayers();
   own_.published = join_.auto_publish && visible_ ? kMediaStreamBoth : 0;
   own_.place = space_.own();
   room_info_.clear();
@@ -186,6 +187,7 @@ Room::Entry& Room::entryOf(const std::string& user) {
     entry.user = std::make_unique<RemoteUser>(context_, user, subscribe_new_);
     for (RemoteStream& stream : entry.user->streams()) stream.setPaused(paused_);
     applyVolume(*entry.user);
+    applyRemoteVideo(*entry.user);
     entry.known_since = std::chrono::steady_clock::now();
   }
   return entry;
@@ -421,6 +423,19 @@ void Room::setVolume(const std::string& user, int32_t stream_index, int32_t volu
   if (found != users_.end()) applyVolume(*found->second.user);
 }
 
+void Room::setRemoteVideo(const std::string& user, const RemoteVideoConfig& wanted) {
+  remote_videos_[user] = wanted;
+  const auto found = users_.find(user);
+  if (found == users_.end()) return;
+  applyRemoteVideo(*found->second.user);
+  refresh(found->second);
+}
+
+void Room::applyRemoteVideo(RemoteUser& user) {
+  const auto own = remote_videos_.find(user.uid());
+  user.stream(kStreamIndexMain).setConfig(own != remote_videos_.end() ? own->second : join_.remote_video);
+}
+
 void Room::setRoomVolume(int32_t volume) {
   room_volume_ = volume;
   for (auto& [id, entry] : users_) applyVolume(*entry.user);
@@ -455,6 +470,15 @@ void Room::setCapturing(const std::array<int32_t, 2>& media) {
   capturing_ = media;
   own_.capturing = capturing_[kStreamIndexMain];
   own_.screen_captured = capturing_[kStreamIndexScreen] != 0;
+  if (state_ == State::kIn) tellState();
+}
+
+void Room::tellLayers() {
+  const std::vector<VideoEncoding>& layers = context_.camera_media.layers();
+  own_.layers.clear();
+  if (layers.size() > 1) {
+    for (const VideoEncoding& layer : layers) own_.layers.push_back({layer.width, layer.height});
+  }
   if (state_ == State::kIn) tellState();
 }
 

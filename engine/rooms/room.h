@@ -31,6 +31,7 @@ struct RoomJoin {
   std::string extra_info;
   bool auto_publish = false;
   int32_t auto_subscribe = 0;                  ///< MediaStreamType
+  RemoteVideoConfig remote_video = {};         ///< of users that nothing else has been said of
   std::shared_ptr<std::atomic<bool>> in_room;  ///< true; made false when joining fails, or the stay is ended
 };
 
@@ -56,6 +57,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void unpublish(int32_t stream_index, int32_t media);
   void subscribe(const std::string& user, int32_t stream_index, int32_t media);
   void unsubscribe(const std::string& user, int32_t stream_index, int32_t media);
+  /// The largest picture wanted, of the camera; for users to come, too.
+  void setRemoteVideo(const std::string& user, const RemoteVideoConfig& wanted);
   /// Percent.
   void setVolume(const std::string& user, int32_t stream_index, int32_t volume);
 
@@ -71,6 +74,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
 
   /// What the local user captures: MediaStreamType, by StreamIndex.
   void setCapturing(const std::array<int32_t, 2>& media);
+  /// The layers of the local user's camera have changed.
+  void tellLayers();
   /// Before the room is joined, too: it is joined invisible then.
   void setVisible(bool visible);
   /// Reported under `task`.
@@ -106,6 +111,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   int32_t& published(int32_t stream_index) { return stream_index == kStreamIndexScreen ? own_.screen : own_.published; }
   void setPublished(int32_t stream_index, int32_t media);
   void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
+  void applyRemoteVideo(RemoteUser& user);
   void applyVolume(RemoteUser& user);
   void tellCapturing(Entry& entry);
   void tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason);
@@ -145,6 +151,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   std::array<int32_t, 2> capturing_ = {};
   int32_t room_volume_ = 100;
   std::map<std::pair<std::string, int32_t>, int32_t> volumes_;  // by user and stream, where not 100
+  std::map<std::string, RemoteVideoConfig> remote_videos_;      // by user
   RoomSpace space_;
   AttachedSource place_pause_;  // since the others were last told of a place
   std::map<std::string, ExtraInfo> room_info_;

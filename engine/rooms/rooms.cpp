@@ -71,6 +71,20 @@ void Rooms::setCapturing(int32_t stream_index, int32_t media, bool captures) {
   for (const auto& [id, room] : rooms_) room->setCapturing(capturing_);
 }
 
+void Rooms::setVideoEncodings(const std::vector<VideoEncoding>& encodings) {
+  camera_->setVideoEncodings(encodings);
+  tellLayers();
+}
+
+void Rooms::enableLayers(bool enable) {
+  camera_->enableLayers(enable);
+  tellLayers();
+}
+
+void Rooms::tellLayers() {
+  for (const auto& [id, room] : rooms_) room->tellLayers();
+}
+
 std::shared_ptr<Room> Rooms::find(const std::string& id) const {
   const auto found = rooms_.find(id);
   return found != rooms_.end() ? found->second : nullptr;

@@ -34,6 +34,9 @@ class Rooms final : public Service::Listener {
   void destroy(const std::string& id);
   /// Whether one of the local streams is captured now.
   void setCapturing(int32_t stream_index, int32_t media, bool captures);
+  /// Of the camera, see LocalMedia.
+  void setVideoEncodings(const std::vector<VideoEncoding>& encodings);
+  void enableLayers(bool enable);
   /// Whether any room is, or is being, joined.
   bool isInRoom() const;
   /// Of a StreamIndex.
@@ -41,6 +44,7 @@ class Rooms final : public Service::Listener {
 
  private:
   void makeKeyAhead();
+  void tellLayers();
   Service& serviceOf(const std::string& room_id);
   void onServiceState(Service& service, Service::State state, const std::string& problem) override;
 

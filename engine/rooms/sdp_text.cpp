@@ -31,4 +31,27 @@ std::string answeringPassively(const std::string& sdp) {
   return passive;
 }
 
+std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources) {
+  const std::string mark = "a=ssrc:" + std::to_string(sources.front()) + ' ';
+  const size_t first = sdp.find(mark);
+  if (first == std::string::npos) return sdp;
+  // The smallest comes first in a group.
+  std::string group = "a=ssrc-group:SIM";
+  for (auto source = sources.rbegin(); source != sources.rend(); ++source) group += ' ' + std::to_string(*source);
+  std::string told = sdp.substr(0, first) + group + "\r\n";
+  for (size_t start = first; start < sdp.size();) {
+    const size_t end = sdp.find('\n', start);
+    const size_t next = end != std::string::npos ? end + 1 : sdp.size();
+    const std::string_view line(sdp.data() + start, next - start);
+    told += line;
+    start = next;
+    if (!line.starts_with(mark)) continue;
+    for (auto source = sources.begin() + 1; source != sources.end(); ++source) {
+      told += "a=ssrc:" + std::to_string(*source) + ' ';
+      told += line.substr(mark.size());
+    }
+  }
+  return told;
+}
+
 }  // namespace corvane::rtc

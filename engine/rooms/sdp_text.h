@@ -1,7 +1,9 @@
 // Session descriptions as text: what of them has to be changed on their way between GStreamer and a service.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace corvane::rtc {
 
@@ -14,5 +16,9 @@ std::string withoutFullIntraRequests(const std::string& sdp);
 
 /// Lets the other side open the encrypted connection: one that this side opens is, now and then, a second late.
 std::string answeringPassively(const std::string& sdp);
+
+/// Tells that the video of the first of these sources comes from the others as well, each smaller than the one before:
+/// an offer of GStreamer's names one source for a medium.
+std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources);
 
 }  // namespace corvane::rtc

@@ -7,10 +7,13 @@
 namespace corvane::rtc {
 
 JanusFeed::JanusFeed(JanusConnection& connection, const JoinRequest& room, const std::string& member,
-                     const std::vector<FeedStream>& streams, PeerLink::Listener& listener)
+                     const std::vector<FeedStream>& streams, int layer, FeedLink::Listener& listener)
     : listener_(listener), streams_(streams), handle_(connection, "janus.plugin.videoroom", *this) {
   Json wanted = Json::array();
-  for (const FeedStream& stream : streams_) wanted.push_back({{"feed", member}, {"mid", stream.mid}});
+  for (const FeedStream& stream : streams_) {
+    wanted.push_back({{"feed", member}, {"mid", stream.mid}});
+    if (stream.is_video && layer != kLargestLayer) wanted.back()["substream"] = layer;
+  }
   Json body = {{"request", "join"}, {"ptype", "subscriber"}, {"room", room.room_id}, {"streams", std::move(wanted)}};
   if (!room.token.empty()) body["pin"] = room.token;
   handle_.send(std::move(body), [this](const Json& data, const std::string& offer) {
@@ -23,15 +26,17 @@ void JanusFeed::sendDescription(const std::string& sdp) {
   handle_.send({{"request", "start"}}, "answer", sdp);
 }
 
-void JanusFeed::setSending(const std::string& mid, bool send) {
+void JanusFeed::configure(const std::string& mid, Json stream) {
   for (size_t index = 0; index < streams_.size(); ++index) {
     if (streams_[index].mid != mid) continue;
-    Json stream = {{"mid", std::to_string(index)}, {"send", send}};
-    handle_.send({{"request", "configure"}, {"streams", Json::array({std::move(stream)})}});
+    stream["mid"] = std::to_string(index);
+    return handle_.send({{"request", "configure"}, {"streams", Json::array({std::move(stream)})}});
   }
 }
 
-void JanusFeed::onHandleEvent(const Json& /*data*/, const std::string& offer) {
+void JanusFeed::onHandleEvent(const Json& data, const std::string& offer) {
+  const Json& layer = memberOf(data, "substream");
+  if (layer.is_number_unsigned() && layer.get<uint64_t>() <= kLargestLayer) return listener_.onLayer(layer.get<int>());
   // An update, which the server sends when a stream of the feed has changed.
   if (!offer.empty()) listener_.onRemoteDescription(offer);
 }

@@ -238,9 +238,10 @@ std::unique_ptr<PeerLink> JanusRoom::openPublisher(int32_t stream_index, PeerLin
 }
 
 std::unique_ptr<FeedLink> JanusRoom::openFeed(const std::string& member, int32_t stream_index,
-                                              const std::vector<FeedStream>& streams, PeerLink::Listener& listener) {
+                                              const std::vector<FeedStream>& streams, int layer,
+                                              FeedLink::Listener& listener) {
   const std::string id = stream_index == kStreamIndexScreen ? screenIdOf(member) : member;
-  return std::make_unique<JanusFeed>(connection_, request_, id, streams, listener);
+  return std::make_unique<JanusFeed>(connection_, request_, id, streams, layer, listener);
 }
 
 std::unique_ptr<MessageLink> JanusRoom::openMessages(MessageLink::Listener& listener) {

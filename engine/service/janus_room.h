@@ -22,7 +22,8 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   void setState(const std::string& state) override;
   std::unique_ptr<PeerLink> openPublisher(int32_t stream_index, PeerLink::Listener& listener) override;
   std::unique_ptr<FeedLink> openFeed(const std::string& member, int32_t stream_index,
-                                     const std::vector<FeedStream>& streams, PeerLink::Listener& listener) override;
+                                     const std::vector<FeedStream>& streams, int layer,
+                                     FeedLink::Listener& listener) override;
   std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) override;
 
  private:

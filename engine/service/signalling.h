@@ -36,11 +36,24 @@ class PeerLink {
   virtual void sendCandidate(unsigned line, const std::string& candidate) = 0;
 };
 
-/// A peer connection over which a member's feed comes.
+/// A peer connection over which a member's feed comes. Layers of a video are counted from the smallest.
 class FeedLink : public PeerLink {
  public:
+  static constexpr int kLargestLayer = 2;
+
+  class Listener : public PeerLink::Listener {
+   public:
+    /// Pictures of another layer come from now on.
+    virtual void onLayer(int layer) = 0;
+
+   protected:
+    ~Listener() = default;
+  };
+
   /// Whether the service sends a medium of the feed.
   virtual void setSending(const std::string& mid, bool send) = 0;
+  /// Which layer of a video the service sends, or the next smaller one that there is.
+  virtual void setLayer(const std::string& mid, int layer) = 0;
 };
 
 /// A peer connection whose one data channel carries a room's messages. Texts to and from the channel pass through here:
@@ -114,8 +127,10 @@ class RoomSession {
   virtual void setState(const std::string& state) = 0;
   /// One for each stream at a time.
   virtual std::unique_ptr<PeerLink> openPublisher(int32_t stream_index, PeerLink::Listener& listener) = 0;
+  /// layer: of its video, see FeedLink::setLayer().
   virtual std::unique_ptr<FeedLink> openFeed(const std::string& member, int32_t stream_index,
-                                             const std::vector<FeedStream>& streams, PeerLink::Listener& listener) = 0;
+                                             const std::vector<FeedStream>& streams, int layer,
+                                             FeedLink::Listener& listener) = 0;
   virtual std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) = 0;
 };
 

@@ -120,8 +120,9 @@ class SeenSession final : public RoomSession {
     return session_->openPublisher(stream_index, listener);
   }
   std::unique_ptr<FeedLink> openFeed(const std::string& member, int32_t stream_index,
-                                     const std::vector<FeedStream>& streams, PeerLink::Listener& listener) override {
-    return session_->openFeed(member, stream_index, streams, listener);
+                                     const std::vector<FeedStream>& streams, int layer,
+                                     FeedLink::Listener& listener) override {
+    return session_->openFeed(member, stream_index, streams, layer, listener);
   }
   std::unique_ptr<MessageLink> openMessages(MessageLink::Listener& listener) override {
     return std::make_unique<SeenMessages>(session_->openMessages(listener));
