@@ -11,11 +11,6 @@ namespace {
 
 using Users = std::vector<LocalMedia::User*>;
 
-// A layer with less than this share of its bitrate looks worse than a smaller one with all of its own.
-constexpr int32_t kPausingShare = 4;
-// It comes back when there is more: receivers are not to change over and over.
-constexpr int32_t kResumingShare = 2;
-
 void include(Users& users, LocalMedia::User& user) {
   if (std::find(users.begin(), users.end(), &user) == users.end()) users.push_back(&user);
 }
@@ -71,17 +66,14 @@ void LocalMedia::limitVideo(User& user, int32_t kbit) {
 }
 
 void LocalMedia::applyLimits() {
-  int32_t left = INT32_MAX;
-  for (const auto& [user, kbit] : limits_) left = std::min(left, kbit);
-  // The smallest comes first: it is the one that everybody can be sent.
-  for (auto layer = lent_.rbegin(); layer != lent_.rend(); ++layer) {
-    VideoEncoder& encoder = **layer;
-    const int32_t full = encoder.fullBitrate();
-    const bool suffices = left >= full / (encoder.paused() ? kResumingShare : kPausingShare);
-    encoder.setPaused(layer != lent_.rbegin() && !suffices);
-    if (encoder.paused()) continue;
-    encoder.limitBitrate(left);
-    left -= std::min(left, full);
+  int32_t narrowest = INT32_MAX;
+  for (const auto& [user, kbit] : limits_) narrowest = std::min(narrowest, kbit);
+  shares_.clear();
+  for (const VideoEncoder* layer : lent_) shares_.push_back({layer->fullBitrate(), layer->paused()});
+  shareBitrate(narrowest, shares_);
+  for (size_t at = 0; at < lent_.size(); ++at) {
+    lent_[at]->setPaused(shares_[at].paused);
+    if (!shares_[at].paused) lent_[at]->limitBitrate(shares_[at].limit);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/engine_context.h"
+#include "media/bitrate_shares.h"
 #include "media/picture_taps.h"
 #include "media/sound_encoder.h"
 #include "media/sound_taps.h"
@@ -73,7 +74,8 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   std::vector<VideoEncoding> layers_ = {{}};
   SoundEncoding sound_encoding_;
   std::vector<std::unique_ptr<VideoEncoder>> video_;
-  VideoLayers lent_;  // the same
+  VideoLayers lent_;                  // the same
+  std::vector<BitrateShare> shares_;  // kept for its room
   std::unique_ptr<SoundEncoder> sound_;
   bool video_told_ = false;
   bool sound_told_ = false;
