@@ -11,6 +11,8 @@ namespace {
 constexpr std::chrono::seconds kTimeout(8);
 constexpr std::chrono::milliseconds kExpiryCheck(500);
 constexpr std::chrono::milliseconds kRetryPause(1000);
+// From the connection to the service's welcome over it. A channel's first packet is sent again after three seconds.
+constexpr std::chrono::seconds kOpenPatience(5);
 // More members than a room can have.
 constexpr size_t kMaxReachable = 10'000;
 
@@ -43,6 +45,7 @@ void RoomMessages::open() {
 
 void RoomMessages::close() {
   retry_.reset();
+  patience_.reset();
   open_ = false;
   link_.reset();
   connection_.reset();
@@ -101,6 +104,12 @@ void RoomMessages::report(const OutgoingMessage& message, MessageSendResult resu
   }
 }
 
+void RoomMessages::onPeerConnected() {
+  if (open_) return;
+  patience_ = room_.engine.thread.after(
+      kOpenPatience, [this] { connection_->peer().fail("the service does not open a connection for messages"); });
+}
+
 void RoomMessages::onPeerFailed(const std::string& reason) {
   room_.engine.log.warning("room %s: messages: %s", room_.room_id.c_str(), reason.c_str());
   close();
@@ -110,6 +119,7 @@ void RoomMessages::onPeerFailed(const std::string& reason) {
 }
 
 void RoomMessages::onMessagesOpen() {
+  patience_.reset();
   open_ = true;
   sendWhatCanBe();
   listener_.onReachableChanged();

@@ -58,7 +58,7 @@ class RoomMessages final : public MessageLink::Listener, public PeerConnection::
   void expire();
   void report(const OutgoingMessage& message, MessageSendResult result);
 
-  void onPeerConnected() override {}
+  void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
   void onRemoteDescription(const std::string& sdp) override { connection_->peer().onRemoteDescription(sdp); }
   void onRemoteCandidate(unsigned line, const std::string& candidate) override {
@@ -75,6 +75,7 @@ class RoomMessages final : public MessageLink::Listener, public PeerConnection::
   Listener& listener_;
   RoomSession* session_ = nullptr;
   bool loopback_only_ = false;
+  AttachedSource patience_;  // with a connection over which messages are not open yet
   bool open_ = false;
   std::set<std::string> reachable_;
   std::deque<Waiting> unsent_;
