@@ -24,6 +24,18 @@ function resources() {
   return { descriptors, threads: fs.readdirSync('/proc/self/task').length, resident_mb: kilobytes / 1024 };
 }
 
+/** The resources, once they are no more than those of `before`, or as they are after ten seconds: a left room ends by and by. */
+async function settled(before) {
+  const end = performance.now() + 10_000;
+  const isMore = (now) => now.descriptors > before.descriptors || now.threads > before.threads;
+  let now = resources();
+  while (isMore(now) && performance.now() < end) {
+    await new Promise((resolve) => setTimeout(resolve, pause));
+    now = resources();
+  }
+  return now;
+}
+
 member.serve({
   async measure({ joins }) {
     const times = [];
@@ -41,6 +53,6 @@ member.serve({
       if (times.length === warmUp) early = resources();
       member.tell({ joins: times.length });
     }
-    member.end({ measured: { times, early, late: resources() } });
+    member.end({ measured: { times, early, late: await settled(early) } });
   },
 });

@@ -20,6 +20,7 @@ test('joining and leaving over and over takes no descriptors, threads or memory'
   // The last picture may still be on its way to JavaScript, and its pool has two. One kept by each of ten joins is more.
   assert.ok(late.descriptors - early.descriptors < 10, told);
   assert.ok(late.threads <= early.threads, told);
-  // One of the ten feeds between them, kept, would be more.
+  // One of the ten feeds between them, kept, would be more. A sanitizer keeps what was freed for a while.
+  if (process.env.CORVANE_SANITIZER) return;
   assert.ok(late.resident_mb - early.resident_mb < 20, told);
 });

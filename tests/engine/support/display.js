@@ -9,14 +9,16 @@ const path = require('node:path');
 
 const patienceMs = 30_000;
 
+/** The environment of programs that are not the project's: the runtime of a sanitizer is nothing for them. */
+const plain = () => ({ ...process.env, LD_PRELOAD: '' });
+
 /** Runs Xvfb and names it in DISPLAY. stop() ends it; so does this process's end, should the test crash. */
 function startDisplay(size = '1280x720') {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'corvane-display-'));
   const file = path.join(folder, 'number');
   const descriptor = fs.openSync(file, 'w');
   const words = ['--pdeathsig', 'TERM', 'Xvfb', '-displayfd', '3', '-screen', '0', `${size}x24`, '-noreset', '-nolisten', 'tcp'];
-  const env = { ...process.env, LD_PRELOAD: '' }; // the runtime of a sanitizer is nothing for a server
-  const server = spawn('setpriv', words, { env, stdio: ['ignore', 'ignore', 'ignore', descriptor] });
+  const server = spawn('setpriv', words, { env: plain(), stdio: ['ignore', 'ignore', 'ignore', descriptor] });
   fs.closeSync(descriptor);
   server.on('error', () => {}); // told below
   server.unref();
@@ -43,8 +45,9 @@ function startDisplay(size = '1280x720') {
 /** The id of a window that has an icon: the desktop's own. */
 function windowWithIcon() {
   const icon = [2, 2, 0xffff0000, 0xffff0000, 0xffff0000, 0xffff0000];
-  execFileSync('xprop', ['-root', '-f', '_NET_WM_ICON', '32c', '-set', '_NET_WM_ICON', icon.join(',')]);
-  const described = execFileSync('xwininfo', ['-root', '-int'], { encoding: 'utf8' });
+  const options = { env: plain(), encoding: 'utf8' };
+  execFileSync('xprop', ['-root', '-f', '_NET_WM_ICON', '32c', '-set', '_NET_WM_ICON', icon.join(',')], options);
+  const described = execFileSync('xwininfo', ['-root', '-int'], options);
   return Number(/Window id: (\d+)/.exec(described)[1]);
 }
 

@@ -8,7 +8,7 @@ const os = require('node:os');
 const path = require('node:path');
 const { after } = require('node:test');
 
-const kTimeoutMs = 15_000;
+const kTimeoutMs = 30_000;
 const kRoom = {
   room_profile_type: 0,
   is_auto_publish: false,

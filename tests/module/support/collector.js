@@ -36,7 +36,7 @@ class Collector {
    * Waits for an event by type, resolving to it, or until `condition(collector)` is truthy, resolving to that. The
    * condition is asked again every few milliseconds, so it may look at anything. Rejects after `timeout` ms.
    */
-  waitFor(condition, { timeout = 10000 } = {}) {
+  waitFor(condition, { timeout = 30000 } = {}) {
     const ask =
       typeof condition === 'function' ? () => condition(this) : () => this.events.find(({ Type }) => Type === condition);
     return new Promise((resolve, reject) => {
