@@ -1,10 +1,8 @@
 #include "rooms/rooms.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
-#include "core/gst_pointers.h"
 #include "service/janus_connection.h"
 #include "service/local_service.h"
 
@@ -34,19 +32,7 @@ Rooms::Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::un
       screen_(std::move(screen)),
       addresses_(std::move(services)) {}
 
-// The first key of a process takes up to half a second to make, and every connection uses it: made ahead, it is not
-// waited for.
-void Rooms::makeKeyAhead() {
-  static std::atomic<bool> made = false;
-  if (made.exchange(true)) return;
-  key_maker_ = std::thread([] {
-    nameThread("key");
-    const GstPtr<GstElement> element(gst_element_factory_make("dtlsdec", nullptr));
-  });
-}
-
 Rooms::~Rooms() {
-  if (key_maker_.joinable()) key_maker_.join();
   machine_.reset();
   rooms_.clear();
   // A service that waits for its farewells lets the others speak: by then nobody is to be told, and the table is no
@@ -56,7 +42,7 @@ Rooms::~Rooms() {
 }
 
 void Rooms::create(const std::string& id) {
-  makeKeyAhead();
+  head_start_.begin();
   if (machine_ == nullptr) machine_ = std::make_unique<MachineReport>(context_);
   rooms_[id] = std::make_shared<Room>(
       RoomContext{context_, *camera_, *screen_, sinks_, snapshots_, sounds_, id, "", "", nullptr}, serviceOf(id),

@@ -5,13 +5,13 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "core/engine_context.h"
 #include "core/machine_report.h"
 #include "media/local_media.h"
 #include "media/remote_sinks.h"
+#include "rooms/head_start.h"
 #include "rooms/room.h"
 #include "service/signalling.h"
 
@@ -43,7 +43,6 @@ class Rooms final : public Service::Listener {
   LocalMedia& media(int32_t stream_index) { return stream_index == kStreamIndexScreen ? *screen_ : *camera_; }
 
  private:
-  void makeKeyAhead();
   void tellLayers();
   Service& serviceOf(const std::string& room_id);
   void onServiceState(Service& service, Service::State state, const std::string& problem) override;
@@ -56,7 +55,7 @@ class Rooms final : public Service::Listener {
   const std::unique_ptr<LocalMedia> screen_;
   std::array<int32_t, 2> capturing_ = {};  // MediaStreamType, by StreamIndex
   const std::vector<std::string> addresses_;
-  std::thread key_maker_;
+  HeadStart head_start_;
   std::map<std::string, std::unique_ptr<Service>> services_;  // by address
   std::map<std::string, bool> was_up_;                        // likewise
   std::map<std::string, std::shared_ptr<Room>> rooms_;
