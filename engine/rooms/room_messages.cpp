@@ -34,7 +34,8 @@ void RoomMessages::setSession(RoomSession* session, bool loopback_only) {
   close();
   session_ = session;
   loopback_only_ = loopback_only;
-  if (session_ != nullptr) open();
+  // In a moment: pictures are waited for, and what the service tells of the others at once comes first.
+  if (session_ != nullptr) retry_ = room_.engine.thread.after(std::chrono::milliseconds(0), [this] { open(); });
 }
 
 void RoomMessages::open() {
