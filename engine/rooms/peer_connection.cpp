@@ -38,6 +38,18 @@ Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   return gst_sdp_message_medias_len(message) > 0 ? std::move(description) : nullptr;
 }
 
+template <guint milliseconds>
+GstPadProbeReturn setLatency(GstPad* pad, GstPadProbeInfo*, gpointer) {
+  const GstPtr<GstElement> jitter_buffer(gst_pad_get_parent_element(pad));
+  if (jitter_buffer != nullptr) g_object_set(jitter_buffer.get(), "latency", milliseconds, nullptr);
+  return GST_PAD_PROBE_REMOVE;
+}
+
+void onFirstPacket(GstElement* element, const char* pad_name, GstPadProbeCallback callback) {
+  const GstPtr<GstPad> pad(gst_element_get_static_pad(element, pad_name));
+  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, callback, nullptr, nullptr);
+}
+
 }  // namespace
 
 PeerConnection::PeerConnection(EngineContext& context, const char* name, bool loopback_only, Listener& listener)
@@ -77,14 +89,19 @@ void PeerConnection::setUpTransport(GstElement* element) {
   if (factory == nullptr) return;
   const std::string_view kind = GST_OBJECT_NAME(factory);
   if (kind == "rtpjitterbuffer") {
-    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a pause,
-    // or a picture that was left out, that is the packet which everything after it needs.
+    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a
+    // pause, or a picture that was left out, that is the packet which everything after it needs.
     g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
     // It would keep a stream's first packet for as long as ones from before it could still come. Streams are joined in
-    // the middle: what came before is of no use without more that was never sent.
-    g_object_set(element, "faststart-min-packets", 1U, nullptr);
+    // the middle: what came before is of no use without more that was never sent. Its own fast start passes over a
+    // packet that comes while the events of the stream's start still wait before it.
+    onFirstPacket(element, "sink", setLatency<0>);
+    onFirstPacket(element, "src", setLatency<kJitterBufferMs>);
   }
   if (kind != "rtpsession") return;
+  // A source would have to send two packets in a row before it counts, and a small picture is one. Only the service can
+  // send any that are taken: they are signed.
+  g_object_set(element, "probation", 0U, nullptr);
   GObject* session = nullptr;
   g_object_get(element, "internal-session", &session, nullptr);
   if (session == nullptr) return;
