@@ -47,11 +47,6 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   /// What the user publishes and the service has.
   int32_t available() const;
 
-  // What the application has been told of that.
-
-  int32_t told() const { return told_; }
-  void setTold(int32_t media) { told_ = media; }
-
   /// Opens, changes or closes the feed as all of the above now wants it.
   void update(RoomSession* session, bool loopback_only);
   /// The connection to the service is gone, where the stream may still be, or its user is.
@@ -108,7 +103,6 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   bool layer_reached_ = false;           // since it was asked for
   std::atomic<int32_t> shown_rate_ = 0;  // pictures a second at most that are shown; 0 for all
   std::atomic<int64_t> shown_ = 0;
-  int32_t told_ = 0;
   int32_t wanted_;
   int32_t paused_ = 0;
   RoomSession* session_ = nullptr;

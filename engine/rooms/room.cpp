@@ -185,6 +185,7 @@ Room::Entry& Room::entryOf(const std::string& user) {
   Entry& entry = users_[user];
   if (entry.user == nullptr) {
     entry.user = std::make_unique<RemoteUser>(context_, user, subscribe_new_);
+    entry.told = std::make_unique<UserEvents>(context_, *entry.user);
     for (RemoteStream& stream : entry.user->streams()) stream.setPaused(paused_);
     applyVolume(*entry.user);
     applyRemoteVideo(*entry.user);
@@ -235,44 +236,10 @@ void Room::refresh(Entry& entry) {
   takeRoomInfo(user.state());
   user.setPlace(space_.heard(user.uid(), user.state().place));
   user.update(session_.get(), service_.onLoopback());
-  if (!entry.announced) announce(entry);
-  if (!entry.announced || user.state().leaving) return;
-  if (!user.state().visible) return hide(entry);
-  tellCapturing(entry);
-  for (RemoteStream& stream : user.streams()) {
-    // A screen whose user has not taken it back has lost its connection, as its user may have, too.
-    const bool is_lost = stream.isScreen() && (stream.told() & stream.published() & ~stream.available()) != 0;
-    tellPublished(stream, user.uid(), stream.available(),
-                  is_lost ? kStreamRemoveReasonConnectionLost : kStreamRemoveReasonUnpublish);
-  }
-}
-
-void Room::tellCapturing(Entry& entry) {
-  const int32_t now = entry.user->state().capturing;
-  const int32_t changed = std::exchange(entry.capturing, now) ^ now;
-  IRTCVideoEventHandler& events = *context_.engine.events;
-  const char* room = context_.room_id.c_str();
-  const char* uid = entry.user->uid().c_str();
-  if ((changed & kMediaStreamVideo) != 0) {
-    (now & kMediaStreamVideo) != 0 ? events.onUserStartVideoCapture(room, uid)
-                                   : events.onUserStopVideoCapture(room, uid);
-  }
-  if ((changed & kMediaStreamAudio) != 0) {
-    (now & kMediaStreamAudio) != 0 ? events.onUserStartAudioCapture(room, uid)
-                                   : events.onUserStopAudioCapture(room, uid);
-  }
-}
-
-void Room::tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason) {
-  const int32_t begun = media & ~stream.told();
-  const int32_t ended = stream.told() & ~media;
-  stream.setTold(media);
-  IRTCRoomEventHandler& events = *context_.events;
-  const char* uid = user.c_str();
-  if (begun != 0) stream.isScreen() ? events.onUserPublishScreen(uid, begun) : events.onUserPublishStream(uid, begun);
-  if (ended == 0) return;
-  if (stream.isScreen()) return events.onUserUnpublishScreen(uid, ended, reason);
-  events.onUserUnpublishStream(uid, ended, reason);
+  if (!entry.told->known()) announce(entry);
+  if (!entry.told->known() || user.state().leaving) return;
+  if (!user.state().visible) return entry.told->tellLeft(kUserLeaveReasonInvisible);
+  entry.told->tellMedia();
 }
 
 void Room::announce(Entry& entry) {
@@ -282,21 +249,7 @@ void Room::announce(Entry& entry) {
       !(messages_.reaches(user.uid()) || user.state().forwarded || due)) {
     return;
   }
-  tellJoined(entry);
-}
-
-void Room::tellJoined(Entry& entry) {
-  entry.announced = true;
-  const UserInfo info = {entry.user->uid().c_str(), entry.user->state().extra_info.c_str()};
-  context_.events->onUserJoined(info, millisecondsSince(joined_at_));
-}
-
-void Room::hide(Entry& entry) {
-  const std::string& uid = entry.user->uid();
-  entry.announced = false;
-  entry.capturing = 0;
-  for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, kStreamRemoveReasonUnpublish);
-  context_.events->onUserLeave(uid.c_str(), kUserLeaveReasonInvisible);
+  entry.told->tellJoined(millisecondsSince(joined_at_));
 }
 
 void Room::remove(const std::string& user, UserLeaveReason reason) {
@@ -306,14 +259,8 @@ void Room::remove(const std::string& user, UserLeaveReason reason) {
   entry.user->suspend(kRemoteVideoStateReasonRemoteOffline);
   adoptRoomInfo(entry.user->state());
   // Who leaves before messages reach it has been there all the same.
-  if (!entry.announced && entry.user->state().visible) tellJoined(entry);
-  if (!entry.announced) return;
-  const std::string& uid = entry.user->uid();
-  StreamRemoveReason ended = kStreamRemoveReasonUnpublish;
-  if (reason == kUserLeaveReasonDropped) ended = kStreamRemoveReasonConnectionLost;
-  if (reason == kUserLeaveReasonKickedOut) ended = kStreamRemoveReasonKickedOut;
-  for (RemoteStream& stream : entry.user->streams()) tellPublished(stream, uid, 0, ended);
-  context_.events->onUserLeave(uid.c_str(), reason);
+  if (!entry.told->known() && entry.user->state().visible) entry.told->tellJoined(millisecondsSince(joined_at_));
+  if (entry.told->known()) entry.told->tellLeft(reason);
 }
 
 void Room::checkLater() {
@@ -326,7 +273,7 @@ void Room::checkLater() {
       const MemberState& state = entry.user->state();
       entry.user->stream(kStreamIndexMain).check((state.capturing & kMediaStreamVideo) != 0);
       entry.user->stream(kStreamIndexScreen).check(state.screen_captured);
-      if (!entry.announced && entry.user->present()) refresh(entry);
+      if (!entry.told->known() && entry.user->present()) refresh(entry);
       if (!entry.user->present() && now - entry.known_since > kReturnDue) gone.push_back(id);
     }
     for (const std::string& id : gone) remove(id, kUserLeaveReasonDropped);
@@ -336,7 +283,7 @@ void Room::checkLater() {
 
 void Room::onReachableChanged() {
   for (auto& [id, entry] : users_) {
-    if (!entry.announced) refresh(entry);
+    if (!entry.told->known()) refresh(entry);
   }
 }
 

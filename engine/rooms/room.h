@@ -20,6 +20,7 @@
 #include "rooms/room_messages.h"
 #include "rooms/room_report.h"
 #include "rooms/room_space.h"
+#include "rooms/user_events.h"
 #include "service/signalling.h"
 
 namespace corvane::rtc {
@@ -94,11 +95,10 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
  private:
   enum class State { kOut, kJoining, kIn, kInterrupted };
 
-  // Another user, and what the application has been told of it.
+  // Another user.
   struct Entry {
     std::unique_ptr<RemoteUser> user;
-    bool announced = false;
-    int32_t capturing = 0;  // MediaStreamType
+    std::unique_ptr<UserEvents> told;
     std::chrono::steady_clock::time_point known_since;
   };
 
@@ -113,8 +113,6 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
   void applyRemoteVideo(RemoteUser& user);
   void applyVolume(RemoteUser& user);
-  void tellCapturing(Entry& entry);
-  void tellPublished(RemoteStream& stream, const std::string& user, int32_t media, StreamRemoveReason reason);
   int32_t tryExtraInfo(const std::string& key, const std::string& value);
   // Pairs of the room whose keeper has left are kept by the first of those who stay.
   void adoptRoomInfo(const MemberState& left);
@@ -122,8 +120,6 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   Entry& entryOf(const std::string& user);
   void refresh(Entry& entry);
   void announce(Entry& entry);
-  void tellJoined(Entry& entry);
-  void hide(Entry& entry);
   void remove(const std::string& user, UserLeaveReason reason);
   void checkLater();
 
