@@ -3,24 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/stable_hash.h"
 #include "service/janus_connection.h"
 #include "service/local_service.h"
 
 namespace corvane::rtc {
-
-namespace {
-
-// The same for every engine, whatever machine it is on.
-uint64_t stableHash(const std::string& text) {
-  uint64_t hash = 14695981039346656037ULL;
-  for (const char character : text) {
-    hash ^= static_cast<unsigned char>(character);
-    hash *= 1099511628211ULL;
-  }
-  return hash;
-}
-
-}  // namespace
 
 Rooms::Rooms(EngineContext& context, std::unique_ptr<LocalMedia> camera, std::unique_ptr<LocalMedia> screen,
              RemoteSinks& sinks, Snapshots& snapshots, RemoteSounds& sounds, std::vector<std::string> services)

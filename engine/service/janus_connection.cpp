@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "service/janus_farewell.h"
 #include "service/janus_handle.h"
 #include "service/janus_room.h"
 
@@ -44,8 +45,8 @@ JanusConnection::~JanusConnection() {
   timer_.reset();
   bool waiting = true;
   const AttachedSource limit = context_.thread.after(kFarewell, [&waiting] { waiting = false; });
-  while (waiting && !retired_.empty()) g_main_context_iteration(context_.thread.context(), TRUE);
-  retired_.clear();
+  while (waiting && !farewells_.empty()) g_main_context_iteration(context_.thread.context(), TRUE);
+  farewells_.clear();
   if (state_ == State::kUp) request("destroy", 0, Json::object());
 }
 
@@ -65,35 +66,32 @@ void JanusConnection::request(const char* kind, int64_t handle, Json message, An
   socket_->send(jsonText(message));
 }
 
-void JanusConnection::retire(std::unique_ptr<JanusHandle> handle, std::string place, std::deque<Json> last) {
-  JanusHandle* key = handle.get();
+void JanusConnection::see(std::unique_ptr<JanusFarewell> farewell) {
   if (state_ != State::kUp) return;
-  key->silence();
-  retired_[key] = {std::move(handle), std::move(place)};
-  sendLast(key, std::move(last));
+  JanusFarewell& seen = *farewell;
+  farewells_[&seen] = std::move(farewell);
+  seen.begin();
+}
+
+void JanusConnection::dismiss(JanusFarewell& farewell) {
+  farewells_.erase(&farewell);
+  onMemberLeft();
 }
 
 bool JanusConnection::isHeld(const std::string& place) const {
-  return std::any_of(retired_.begin(), retired_.end(), [&](const auto& each) { return each.second.place == place; });
+  return std::any_of(farewells_.begin(), farewells_.end(),
+                     [&](const auto& each) { return !each.first->hasLeft() && each.first->place() == place; });
 }
 
-void JanusConnection::afterLast(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task) {
+void JanusConnection::afterLeaving(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task) {
   if (!isHeld(place)) return task();
   waiting_.push_back({place, std::move(owner), std::move(task)});
 }
 
-void JanusConnection::sendLast(JanusHandle* handle, std::deque<Json> last) {
-  if (last.empty()) {
-    retired_.erase(handle);
-    for (WaitingTask& waiting : std::exchange(waiting_, {})) {
-      if (!waiting.owner.expired()) afterLast(waiting.place, waiting.owner, std::move(waiting.task));
-    }
-    return;
+void JanusConnection::onMemberLeft() {
+  for (WaitingTask& waiting : std::exchange(waiting_, {})) {
+    if (!waiting.owner.expired()) afterLeaving(waiting.place, waiting.owner, std::move(waiting.task));
   }
-  Json next = std::move(last.front());
-  last.pop_front();
-  handle->send(std::move(next),
-               [this, handle, last = std::move(last)](const Json&, const std::string&) { sendLast(handle, last); });
 }
 
 void JanusConnection::connect() {
@@ -132,7 +130,7 @@ void JanusConnection::lose(const std::string& reason) {
   pause_ = kFirstPause;
   trying_since_ = std::chrono::steady_clock::now();
   retry(reason);
-  retired_.clear();
+  farewells_.clear();
   waiting_.clear();
   setState(State::kDown, reason);
   handles_.clear();

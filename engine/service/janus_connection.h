@@ -3,7 +3,6 @@
 #pragma once
 
 #include <chrono>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -19,6 +18,7 @@
 
 namespace corvane::rtc {
 
+class JanusFarewell;
 class JanusHandle;
 
 class JanusConnection final : public Service, public WebSocket::Listener {
@@ -50,26 +50,25 @@ class JanusConnection final : public Service, public WebSocket::Listener {
     const auto found = handles_.find(id);
     if (found != handles_.end() && found->second == &handle) handles_.erase(found);
   }
-  /// Sends last messages over the handle, whose listener is told no more, each when the one before was answered, and
-  /// detaches it then: a server works on several messages at once, and forgets what it has not worked off when it is
-  /// told to detach. `place` is what it holds until then.
-  void retire(std::unique_ptr<JanusHandle> handle, std::string place, std::deque<Json> last);
-  /// Runs `task` once no handle that holds `place` says its last: at once, or later if `owner` is still there then. It
-  /// never runs when the service is lost before.
-  void afterLast(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task);
+  // Of leaving.
+
+  /// Begins a farewell, which then belongs to the connection. Nothing comes of it while the service is away.
+  void see(std::unique_ptr<JanusFarewell> farewell);
+  /// It is done.
+  void dismiss(JanusFarewell& farewell);
+  /// The service knows that the member of a farewell has left.
+  void onMemberLeft();
+  /// Runs `task` once nobody is just leaving `place`: at once, or later if `owner` is still there then. It never runs
+  /// when the service is lost before.
+  void afterLeaving(const std::string& place, std::weak_ptr<void> owner, std::function<void()> task);
 
  private:
-  struct Retired {
-    std::unique_ptr<JanusHandle> handle;
-    std::string place;
-  };
   struct WaitingTask {
     std::string place;
     std::weak_ptr<void> owner;
     std::function<void()> task;
   };
 
-  void sendLast(JanusHandle* handle, std::deque<Json> last);
   bool isHeld(const std::string& place) const;
   void connect();
   void retry(const std::string& reason);
@@ -94,8 +93,8 @@ class JanusConnection final : public Service, public WebSocket::Listener {
   std::map<int64_t, Answer> answers_;        // by transaction
   std::map<int64_t, JanusHandle*> handles_;  // by id, those that are attached
   std::set<JanusHandle*> all_handles_;
-  std::map<JanusHandle*, Retired> retired_;
-  std::vector<WaitingTask> waiting_;  // for places that are held
+  std::map<JanusFarewell*, std::unique_ptr<JanusFarewell>> farewells_;
+  std::vector<WaitingTask> waiting_;  // for places that are being left
   bool heard_ = false;                // anything since the last sign of life was asked for
   std::chrono::milliseconds pause_{0};
   std::chrono::steady_clock::time_point trying_since_;

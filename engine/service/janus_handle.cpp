@@ -71,7 +71,6 @@ void JanusHandle::onAttached(const Json& message) {
   if (id == 0 || !connection_.add(id, *this)) {
     lost_ = true;
     waiting_.clear();
-    if (listener_ == nullptr) return;
     return listener_->onHandleEnded("the service refuses: " + textOf(memberOf(message, "error"), "reason"));
   }
   id_ = id;
@@ -79,7 +78,6 @@ void JanusHandle::onAttached(const Json& message) {
 }
 
 void JanusHandle::onEvent(const std::string& kind, const Json& message) {
-  if (listener_ == nullptr) return;
   if (kind == "event") return listener_->onHandleEvent(dataOf(message), textOf(memberOf(message, "jsep"), "sdp"));
   if (kind == "trickle") {
     const Json& candidate = memberOf(message, "candidate");
@@ -97,7 +95,7 @@ void JanusHandle::onEvent(const std::string& kind, const Json& message) {
 
 void JanusHandle::onConnectionLost() {
   lost_ = true;
-  if (listener_ != nullptr) listener_->onHandleLost();
+  listener_->onHandleLost();
 }
 
 }  // namespace corvane::rtc

@@ -50,8 +50,8 @@ class JanusHandle {
   /// Expires with the handle: for what calls its listener more than once.
   std::weak_ptr<void> alive() const { return alive_; }
 
-  /// The listener is told nothing more.
-  void silence() { listener_ = nullptr; }
+  /// Another one is told from now on.
+  void setListener(Listener& listener) { listener_ = &listener; }
 
   // Of the connection.
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "service/janus_connection.h"
+#include "service/room_mark.h"
 
 namespace corvane::rtc {
 
@@ -13,10 +14,16 @@ constexpr char kJoin[] = "join";
 
 }  // namespace
 
-JanusMessages::JanusMessages(JanusConnection& connection, const JoinRequest& room, MessageLink::Listener& listener)
-    : room_(room), listener_(listener), handle_(connection, "janus.plugin.textroom", *this) {
+JanusMessages::JanusMessages(JanusConnection& connection, const JoinRequest& room, const std::string& mark,
+                             MessageLink::Listener& listener)
+    : room_(room),
+      id_(messageRoomOf(room.room_id, mark)),
+      listener_(listener),
+      handle_(connection, "janus.plugin.textroom", *this) {
   // One that is there already is as good: joining tells.
-  handle_.send({{"request", "create"}, {"room", room_.room_id}, {"is_private", true}});
+  Json create = {{"request", "create"}, {"room", id_}, {"is_private", true}};
+  if (!mark.empty()) create["secret"] = mark;
+  handle_.send(std::move(create));
   handle_.send({{"request", "setup"}}, [this](const Json& data, const std::string& offer) {
     if (offer.empty()) return listener_.onLinkFailed(textOf(data, "error"));
     listener_.onRemoteDescription(offer);
@@ -28,7 +35,7 @@ void JanusMessages::sendDescription(const std::string& sdp) {
 }
 
 void JanusMessages::onChannelOpen() {
-  Json join = {{"textroom", "join"}, {"transaction", kJoin}, {"room", room_.room_id}, {"username", room_.member_id}};
+  Json join = {{"textroom", "join"}, {"transaction", kJoin}, {"room", id_}, {"username", room_.member_id}};
   if (!room_.token.empty()) {
     join["token"] = room_.token;
     join["pin"] = room_.token;
@@ -37,8 +44,7 @@ void JanusMessages::onChannelOpen() {
 }
 
 void JanusMessages::send(int64_t id, const std::string& to, const std::string& text) {
-  Json message = {
-      {"textroom", "message"}, {"transaction", std::to_string(id)}, {"room", room_.room_id}, {"text", text}};
+  Json message = {{"textroom", "message"}, {"transaction", std::to_string(id)}, {"room", id_}, {"text", text}};
   if (!to.empty()) message["to"] = to;
   listener_.sendOverChannel(jsonText(message));
 }

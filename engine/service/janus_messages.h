@@ -1,4 +1,4 @@
-// The messages of a room: a room of Janus's plug-in TextRoom beside the one for media, under the same id.
+// The messages of a room: a room of Janus's plug-in TextRoom beside the one for media.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,9 @@ namespace corvane::rtc {
 
 class JanusMessages final : public MessageLink, public JanusHandle::Listener {
  public:
-  JanusMessages(JanusConnection& connection, const JoinRequest& room, MessageLink::Listener& listener);
+  /// mark: of the room for media, with which the one for messages ends.
+  JanusMessages(JanusConnection& connection, const JoinRequest& room, const std::string& mark,
+                MessageLink::Listener& listener);
 
   void sendDescription(const std::string& sdp) override;
   void sendCandidate(unsigned line, const std::string& candidate) override { handle_.sendCandidate(line, candidate); }
@@ -30,6 +32,7 @@ class JanusMessages final : public MessageLink, public JanusHandle::Listener {
   void onHandleLost() override {}
 
   const JoinRequest room_;
+  const std::string id_;  // of the room for messages
   MessageLink::Listener& listener_;
   JanusHandle handle_;
 };

@@ -3,9 +3,11 @@
 #include <utility>
 
 #include "corvane_rtc/common.h"
+#include "service/janus_farewell.h"
 #include "service/janus_feed.h"
 #include "service/janus_messages.h"
 #include "service/janus_screen.h"
+#include "service/room_mark.h"
 
 namespace corvane::rtc {
 
@@ -22,7 +24,7 @@ constexpr int kMaxPublishers = 1000;
 constexpr size_t kMaxMembers = 2 * kMaxPublishers;
 constexpr size_t kMaxStreams = 32;
 // A room can be created by another and end again in between, but not every time.
-constexpr int kMaxAttempts = 5;
+constexpr int kMaxAttempts = 10;
 constexpr std::chrono::seconds kJoinPatience(5);
 
 }  // namespace
@@ -59,18 +61,22 @@ JanusRoom::JanusRoom(JanusConnection& connection, const JoinRequest& request, Ro
     : connection_(connection),
       request_(request),
       listener_(listener),
-      place_(jsonText(Json::array({request.room_id, request.member_id}))),
-      handle_(std::make_unique<JanusHandle>(connection, kPlugin, *this)) {
-  join();
+      place_(jsonText(Json::array({request.room_id, request.member_id}))) {
+  attach();
 }
 
 JanusRoom::~JanusRoom() {
-  if (!joined_ || over_) return;
-  // The state once more: the others have to know it before they are told of the leaving.
-  std::deque<Json> last;
-  if (!state_.empty()) last.push_back({{"request", "configure"}, {"display", state_}});
-  last.push_back({{"request", "leave"}});
-  connection_.retire(std::move(handle_), place_, std::move(last));
+  if (over_) return;
+  // Also while it is being joined: what has been asked for cannot be taken back. The state once more: the others have
+  // to know it before they are told of the leaving.
+  connection_.see(std::make_unique<JanusFarewell>(
+      connection_, std::move(handle_), JanusFarewell::Leaving{place_, request_.room_id, joined_ ? state_ : "", mark_}));
+}
+
+// A handle that has been in a room joins no other.
+void JanusRoom::attach() {
+  handle_ = std::make_unique<JanusHandle>(connection_, kPlugin, *this);
+  join();
 }
 
 void JanusRoom::join() {
@@ -89,26 +95,56 @@ void JanusRoom::join() {
     body["pin"] = request_.token;
   }
   // Where this user is just leaving the same room, the service would take the newcomer for a second one.
-  connection_.afterLast(place_, handle_->alive(), [this, body = std::move(body)]() mutable {
-    handle_->send(std::move(body), [this](const Json& data, const std::string&) {
-      if (over_) return;
-      if (textOf(data, "videoroom") == "joined") return onJoined(data);
-      if (errorCodeOf(data) == kNoSuchRoom) return createRoom();
-      fail(data);
-    });
+  connection_.afterLeaving(place_, alive_, [this, body = std::move(body)]() mutable {
+    handle_->send(std::move(body),
+                  [this, alive = std::weak_ptr<void>(alive_), mark = mark_](const Json& data, const std::string&) {
+                    if (errorCodeOf(data) == 0) *mark = openMarkOf(textOf(data, "description"));
+                    if (!alive.expired() && !over_) onJoinAnswer(data);
+                  });
+  });
+}
+
+void JanusRoom::onJoinAnswer(const Json& data) {
+  if (textOf(data, "videoroom") == "joined") {
+    const std::string description = textOf(data, "description");
+    return description == *mark_ || mark_->empty() ? onJoined(data) : keepOpen(description, data);
+  }
+  return errorCodeOf(data) == kNoSuchRoom ? createRoom() : fail(data);
+}
+
+// Who is the last is about to end the room.
+void JanusRoom::keepOpen(const std::string& description, const Json& joined) {
+  const Json body = {{"request", "edit"},
+                     {"room", request_.room_id},
+                     {"secret", description},
+                     {"new_secret", *mark_},
+                     {"new_description", *mark_}};
+  is_opening_ = true;
+  handle_->send(body, [this, alive = std::weak_ptr<void>(alive_), joined](const Json& data, const std::string&) {
+    if (alive.expired() || over_) return;
+    is_opening_ = false;
+    // Otherwise it was opened again already: it cannot be ended in any case.
+    if (errorCodeOf(data) != kNoSuchRoom) return onJoined(joined);
+    early_.clear();
+    attach();
   });
 }
 
 void JanusRoom::createRoom() {
-  const Json body = {{"request", "create"},    {"room", request_.room_id},     {"publishers", kMaxPublishers},
-                     {"notify_joining", true}, {"videocodec", "h264,vp8"},     {"audiocodec", "opus"},
-                     {"is_private", true},     {"transport_wide_cc_ext", true}};
-  handle_->send(body, [this](const Json& data, const std::string&) {
-    // Someone else may have been faster.
-    const int64_t error = errorCodeOf(data);
-    if (error != 0 && error != kRoomExists) return fail(data);
-    join();
-  });
+  const std::string mark = makeRoomMark();
+  const Json body = {{"request", "create"},    {"room", request_.room_id}, {"publishers", kMaxPublishers},
+                     {"notify_joining", true}, {"videocodec", "h264,vp8"}, {"audiocodec", "opus"},
+                     {"is_private", true},     {"description", mark},      {"transport_wide_cc_ext", true},
+                     {"secret", mark}};
+  handle_->send(body,
+                [this, mark, known = mark_, alive = std::weak_ptr<void>(alive_)](const Json& data, const std::string&) {
+                  const int64_t error = errorCodeOf(data);
+                  if (error == 0) *known = mark;
+                  if (alive.expired() || over_) return;
+                  // Someone else may have been faster.
+                  if (error != 0 && error != kRoomExists) return fail(data);
+                  join();
+                });
 }
 
 void JanusRoom::fail(const Json& data) {
@@ -126,7 +162,7 @@ void JanusRoom::fail(const Json& data) {
 void JanusRoom::onJoined(const Json& data) {
   joined_ = true;
   patience_.reset();
-  const std::weak_ptr<void> alive = handle_->alive();
+  const std::weak_ptr<void> alive = alive_;
   listener_.onJoined();
   for (const char* list : {"attendees", "publishers"}) {
     for (const Json& member : memberOf(data, list)) {
@@ -134,7 +170,12 @@ void JanusRoom::onJoined(const Json& data) {
       onMember(member);
     }
   }
-  if (!alive.expired()) onPublishers(memberOf(data, "publishers"));
+  if (alive.expired()) return;
+  onPublishers(memberOf(data, "publishers"));
+  if (alive.expired()) return;
+  for (const Json& event : std::exchange(early_, {})) {
+    if (!alive.expired()) onHandleEvent(event, "");
+  }
 }
 
 void JanusRoom::onMember(const Json& member) {
@@ -164,7 +205,7 @@ void JanusRoom::remove(bool room_ended, const std::string& reason) {
 }
 
 void JanusRoom::onPublishers(const Json& publishers) {
-  const std::weak_ptr<void> alive = handle_->alive();
+  const std::weak_ptr<void> alive = alive_;
   for (const Json& publisher : publishers) {
     if (alive.expired()) return;
     std::vector<FeedStream> streams;
@@ -187,6 +228,7 @@ void JanusRoom::tellStreams(const std::string& id, const std::vector<FeedStream>
 
 void JanusRoom::onHandleEvent(const Json& data, const std::string& /*sdp*/) {
   constexpr char kPutOut[] = "the service put the user out of the room";
+  if (is_opening_ && early_.size() < kMaxMembers) early_.push_back(data);
   if (!joined_ || over_) return;
   if (textOf(data, "videoroom") == "destroyed") return remove(/*room_ended=*/true, "the room was ended on the service");
   if (const Json& joining = memberOf(data, "joining"); joining.is_object()) return onMember(joining);
@@ -245,7 +287,7 @@ std::unique_ptr<FeedLink> JanusRoom::openFeed(const std::string& member, int32_t
 }
 
 std::unique_ptr<MessageLink> JanusRoom::openMessages(MessageLink::Listener& listener) {
-  return std::make_unique<JanusMessages>(connection_, request_, listener);
+  return std::make_unique<JanusMessages>(connection_, request_, *mark_, listener);
 }
 
 }  // namespace corvane::rtc

@@ -29,8 +29,11 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
  private:
   class Publisher;
 
+  void attach();
   void createRoom();
   void join();
+  void onJoinAnswer(const Json& data);
+  void keepOpen(const std::string& description, const Json& joined);
   void onJoined(const Json& data);
   void onMember(const Json& member);
   void onLeft(const std::string& id, bool put_out);
@@ -53,6 +56,12 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   bool joined_ = false;
   bool over_ = false;
   int attempts_ = 0;
+  // Of the room while it is not closing, as far as it is known; "" for an administrator's. Answers find it also when
+  // this has gone.
+  std::shared_ptr<std::string> mark_ = std::make_shared<std::string>();
+  bool is_opening_ = false;  // joined a closing room
+  std::vector<Json> early_;  // events between the service's answer and this one's being in the room
+  const std::shared_ptr<void> alive_ = std::make_shared<char>();
   AttachedSource patience_;
   std::set<std::string> members_;   // the others, as the service tells of them
   Publisher* publisher_ = nullptr;  // of those that openPublisher() made, the one that lives

@@ -6,7 +6,6 @@
 #include <gio/gio.h>
 #include <netinet/in.h>
 #include <sys/file.h>
-#include <sys/random.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,6 +20,7 @@
 #include "core/glib_pointers.h"
 #include "core/gst_pointers.h"
 #include "service/local_service_config.h"
+#include "service/secret.h"
 
 namespace corvane::rtc {
 
@@ -64,17 +64,6 @@ std::string companionPath() {
   if (dladdr(reinterpret_cast<void*>(&companionPath), &info) == 0 || info.dli_fname == nullptr) return {};
   const std::string self = takeText(realpath(info.dli_fname, nullptr));
   return self.substr(0, self.rfind('/') + 1) + kCompanion;
-}
-
-std::string makeSecret() {
-  unsigned char bytes[24] = {};
-  if (getrandom(bytes, sizeof(bytes), 0) != static_cast<ssize_t>(sizeof(bytes))) return {};
-  std::string text;
-  for (const unsigned char byte : bytes) {
-    text += "0123456789abcdef"[byte >> 4];
-    text += "0123456789abcdef"[byte & 15];
-  }
-  return text;
 }
 
 /// A port that nobody listens on. Someone may take it before the server does, which then ends, and is started again.

@@ -8,11 +8,10 @@ const os = require('node:os');
 const path = require('node:path');
 const { test } = require('node:test');
 
+const { administrate, readService, serviceFile } = require('./support/administrator.js');
 const { setUpParticipants } = require('./support/participant.js');
 
 const { participant, participants, workplace } = setUpParticipants();
-
-const serviceFile = () => path.join(workplace, 'corvane-rtc/service.json');
 
 /** The private service's process: it was started with a folder of the workplace. */
 function servicePid() {
@@ -96,8 +95,8 @@ test('the service outlives who started it, and ends with the last', async () => 
   await heir.call('relay', 'sendRoomMessage', 'alone');
   assert.strictEqual((await heir.waitFor('onRoomMessageSendResult')).error, 0);
   assert.strictEqual(servicePid(), pid);
-  assert.strictEqual(fs.statSync(serviceFile()).mode & 0o777, 0o600);
-  const { port } = JSON.parse(fs.readFileSync(serviceFile()));
+  assert.strictEqual(fs.statSync(serviceFile(workplace)).mode & 0o777, 0o600);
+  const { port } = readService(workplace);
   const listening = execFileSync('cat', ['/proc/net/tcp', '/proc/net/tcp6']).toString().split('\n')
     .filter((line) => line.includes(`:${port.toString(16).toUpperCase().padStart(4, '0')} `) && / 0A /.test(line));
   assert.deepStrictEqual(listening.map((line) => line.trim().split(/\s+/)[1].split(':')[0]), ['0100007F']);
@@ -105,36 +104,12 @@ test('the service outlives who started it, and ends with the last', async () => 
   await until('the service ends when its last user was killed', () => servicePid() === undefined);
 });
 
-/** Does requests at the private service as an administrator would; what it says to the first one that it refuses. */
-function administrate(body, { secret } = JSON.parse(fs.readFileSync(serviceFile()))) {
-  const { port } = JSON.parse(fs.readFileSync(serviceFile()));
-  const script = `
-    const socket = new WebSocket('ws://127.0.0.1:${port}', 'janus-protocol');
-    const send = (message) => new Promise((resolve) => {
-      socket.onmessage = ({ data }) => resolve(JSON.parse(data));
-      socket.send(JSON.stringify({ transaction: 't', apisecret: '${secret}', ...message }));
-    });
-    socket.onopen = async () => {
-      const created = await send({ janus: 'create' });
-      if (created.error) {
-        console.log(JSON.stringify(created.error));
-        process.exit();
-      }
-      const session_id = created.data.id;
-      const handle_id = (await send({ janus: 'attach', session_id, plugin: 'janus.plugin.videoroom' })).data.id;
-      const answer = await send({ janus: 'message', session_id, handle_id, body: ${JSON.stringify(body)} });
-      console.log(JSON.stringify(answer.plugindata.data));
-      process.exit();
-    };`;
-  return JSON.parse(execFileSync(process.execPath, ['--experimental-websocket', '--no-warnings', '-e', script]));
-}
-
 test('a room with a word to it is joined with that word, and can be ended from outside', async () => {
   const guest = participant('guest');
   await guest.join('hall');
-  const room = administrate({ request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true, videocodec: 'h264,vp8' });
+  const room = administrate(workplace, { request: 'create', room: 'locked', pin: 'open sesame', notify_joining: true, videocodec: 'h264,vp8' });
   assert.strictEqual(room.videoroom, 'created');
-  for (const secret of ['', 'guessed']) assert.match(administrate({}, { secret }).reason, /Unauthorized/);
+  for (const secret of ['', 'guessed']) assert.match(administrate(workplace, {}, { secret }).reason, /Unauthorized/);
   const wrong = await guest.join('locked', { token: 'open barley' });
   assert.strictEqual(wrong.state, -2);
   assert.strictEqual(await guest.call('locked', 'sendRoomMessage', 'x'), -3);
@@ -147,17 +122,17 @@ test('a room with a word to it is joined with that word, and can be ended from o
   await rowdy.call('locked', 'publishStream', 3);
   await guest.waitFor('onUserPublishStream');
   for (const mute of [true, false]) {
-    administrate({ request: 'moderate', room: 'locked', id: 'rowdy', mid: 'audio0', mute });
+    administrate(workplace, { request: 'moderate', room: 'locked', id: 'rowdy', mid: 'audio0', mute });
     for (const user of [guest, rowdy]) await user.waitFor('onAudioStreamBanned', ({ uid, banned }) => uid === 'rowdy' && banned === mute);
   }
   assert.deepStrictEqual(guest.of('onVideoStreamBanned'), []);
-  administrate({ request: 'kick', room: 'locked', id: 'rowdy' });
+  administrate(workplace, { request: 'kick', room: 'locked', id: 'rowdy' });
   await rowdy.waitFor('onRoomStateChanged', ({ state }) => state === -5);
   assert.deepStrictEqual(await guest.waitFor('onUserLeave'), { uid: 'rowdy', reason: 3 });
   assert.deepStrictEqual(guest.of('onUserUnpublishStream'), [{ uid: 'rowdy', type: 3, reason: 4 }]);
   await rowdy.end();
 
-  assert.strictEqual(administrate({ request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
+  assert.strictEqual(administrate(workplace, { request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
   const { room_id } = await guest.waitFor('onRoomStateChanged', ({ state }) => state === -6, from);
   assert.strictEqual(room_id, 'locked');
   assert.strictEqual(await guest.call('hall', 'sendRoomMessage', 'unharmed'), 1);
