@@ -66,8 +66,8 @@ test('who comes while the last one leaves is in a room that stays', async () => 
     }
     await user.join('door');
   }));
-  await users[0].call('door', 'sendRoomMessage', 'all here');
-  for (const user of users.slice(1)) await user.waitFor('onRoomMessageReceived');
+  for (const { name } of users.slice(1)) await users[0].call('door', 'sendUserMessage', name, 'all here?', 0);
+  for (const user of users.slice(1)) await user.waitFor('onUserMessageReceived');
   for (const user of users) assert.deepStrictEqual(user.of('onRoomStateChanged', ({ state }) => state !== 0), []);
   for (const user of users) await user.call('door', 'leaveRoom');
   await until('the room ends', () => !exists('door'));
