@@ -223,6 +223,120 @@ TEST_F(ServiceTest, BearsNoiseAndSuddenEnds) {
   EXPECT_EQ(asked.back(), 4);
 }
 
+// A service with one room, whose answers to what ends and opens it a test lays down. It notes what it is asked.
+class EndingRoom {
+ public:
+  /// Answers by request, each used once but the last: of "join" the description, else the plug-in's data.
+  explicit EndingRoom(std::map<std::string, std::vector<std::string>> answers) : answers_(std::move(answers)) {}
+
+  std::string url() const { return service_.url(); }
+  /// Waits until a request of this kind has come.
+  std::vector<std::string> askedUntil(const std::string& last) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, kPatience, [&] { return !asked_.empty() && asked_.back() == last; });
+    return asked_;
+  }
+
+ private:
+  ServiceAnswer answer(const std::string& text) {
+    const std::string request = valueOf(text, "request");
+    ServiceAnswer made{willing_.answer(text)};
+    const bool makes_messages = request == "create" && text.find("\"publishers\"") == std::string::npos;
+    if (request.empty() || request == "setup" || makes_messages) return made;
+    const std::lock_guard lock(mutex_);
+    if (request != "configure") asked_.push_back(request);
+    std::string data = R"({"videoroom":"event"})";
+    if (auto& left = answers_[request]; !left.empty()) {
+      data = left.front();
+      if (left.size() > 1) left.erase(left.begin());
+    }
+    made.texts = {R"({"janus":"event","transaction":")" + valueOf(text, "transaction") + R"(","plugindata":{"data":)" +
+                  data + "}}"};
+    changed_.notify_all();
+    return made;
+  }
+  static std::string valueOf(const std::string& text, const std::string& key) {
+    const size_t at = text.find('"' + key + "\":\"");
+    if (at == std::string::npos) return {};
+    const size_t start = at + key.size() + 4;
+    return text.substr(start, text.find('"', start) - start);
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::map<std::string, std::vector<std::string>> answers_;
+  std::vector<std::string> asked_;
+  WillingService willing_;
+  const FakeService service_{[this](int, const std::string& text) { return answer(text); }};
+};
+
+constexpr char kNoRoom[] = R"({"error_code":426,"error":"No such room"})";
+constexpr char kNobody[] = R"({"participants":[]})";
+constexpr char kSomebody[] = R"({"participants":[{"id":"bob"}]})";
+constexpr char kSecret[] = "0123456789abcdef0123456789abcdef0123456789abcdef";
+
+std::string joinedAs(const std::string& description) {
+  return R"({"videoroom":"joined","publishers":[],"description":")" + description + "\"}";
+}
+
+TEST_F(ServiceTest, OpensAClosingRoomOrMakesAnother) {
+  const std::string open = std::string("corvane:") + kSecret;
+  const std::string closing = open + ":closing:" + kSecret;
+  using Asked = std::vector<std::string>;
+  EndingRoom in_time({{"join", {joinedAs(closing)}}});
+  EndingRoom too_late({{"join", {joinedAs(closing), kNoRoom, joinedAs(open)}}, {"edit", {kNoRoom}}});
+  EndingRoom opened_by_another({{"join", {joinedAs(closing)}}, {"edit", {R"({"error_code":433,"error":"secret"})"}}});
+  EndingRoom never({{"join", {joinedAs(closing)}}, {"edit", {kNoRoom}}});
+  EndingRoom foreign({{"join", {joinedAs("an administrator's")}}});
+  EndingRoom* services[] = {&in_time, &too_late, &opened_by_another, &never, &foreign};
+  const Asked asked[] = {{"join", "edit"}, {"join", "edit", "join", "create", "join"}, {"join", "edit"}, {}, {"join"}};
+  std::vector<std::string> urls;
+  for (const EndingRoom* service : services) urls.push_back(quoted(service->url()));
+  createWith(urls);
+  for (size_t place = 0; place < std::size(services); ++place) {
+    SeenRoom room(engine, roomAt(place, std::size(services)));
+    const auto [state, extra_info] = room.firstState();
+    const bool joins = services[place] != &never;
+    EXPECT_EQ(state, joins ? rtc::kRoomStateJoined : rtc::kRoomStateJoinFailed) << place;
+    if (joins) {
+      EXPECT_EQ(services[place]->askedUntil(asked[place].back()), asked[place]) << place;
+    } else {
+      EXPECT_NE(extra_info.find("neither has the room nor"), std::string::npos) << extra_info;
+    }
+  }
+}
+
+TEST_F(ServiceTest, EndsARoomOnlyWhenNobodyIsInIt) {
+  const std::string open = joinedAs(std::string("corvane:") + kSecret);
+  const std::string refused = R"({"error_code":433,"error":"secret"})";
+  struct Case {
+    std::map<std::string, std::vector<std::string>> answers;
+    std::vector<std::string> asked;
+  };
+  const Case cases[] = {
+      {{{"listparticipants", {kNobody}}}, {"listparticipants", "edit", "listparticipants", "destroy", "destroy"}},
+      {{{"listparticipants", {kSomebody}}}, {"listparticipants"}},
+      {{{"listparticipants", {kNobody, kSomebody}}}, {"listparticipants", "edit", "listparticipants", "edit"}},
+      {{{"listparticipants", {kNobody}}, {"edit", {refused}}}, {"listparticipants", "edit"}},
+      {{{"listparticipants", {kNobody}}, {"destroy", {refused}}},
+       {"listparticipants", "edit", "listparticipants", "destroy"}},
+  };
+  for (const Case& each : cases) {
+    auto answers = each.answers;
+    answers["join"] = {open};
+    EndingRoom service(answers);
+    createWith({quoted(service.url())});
+    {
+      SeenRoom room(engine, "room");
+      EXPECT_EQ(room.firstState().first, rtc::kRoomStateJoined);
+    }
+    TearDown();  // the engine waits for what is under way
+    std::vector<std::string> asked = {"join", "leave"};
+    asked.insert(asked.end(), each.asked.begin(), each.asked.end());
+    EXPECT_EQ(service.askedUntil(asked.back()), asked);
+  }
+}
+
 TEST_F(ServiceTest, RefusesOffersThatMakeNoSense) {
   constexpr char kHead[] = "v=0\r\no=- 1 1 IN IP4 127.0.0.1\r\ns=-\r\nt=0 0\r\n";
   constexpr char kVideo[] = "m=video 9 UDP/TLS/RTP/SAVPF 96\r\nc=IN IP4 127.0.0.1\r\na=mid:0\r\na=sendonly\r\n";

@@ -26,6 +26,7 @@ struct FakeService::Loop {
 void FakeService::Loop::take(SoupWebsocketConnection* connection, const std::string& text) {
   const ServiceAnswer answer = script(open[connection], text);
   for (const std::string& each : answer.texts) {
+    if (soup_websocket_connection_get_state(connection) != SOUP_WEBSOCKET_STATE_OPEN) return;
     if (g_utf8_validate(each.data(), static_cast<gssize>(each.size()), nullptr)) {
       GBytes* bytes = g_bytes_new(each.data(), each.size());
       soup_websocket_connection_send_message(connection, SOUP_WEBSOCKET_DATA_TEXT, bytes);
