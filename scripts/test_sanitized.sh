@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# test_sanitized.sh asan|tsan [SUITE...]: builds and runs suites with AddressSanitizer and UndefinedBehaviorSanitizer, or
-# with ThreadSanitizer; cpp, module and, with asan, rooms when none is named. Any report fails the test whose process made it.
+# test_sanitized.sh asan|tsan|tsan-engine [SUITE...]: builds and runs suites with AddressSanitizer and
+# UndefinedBehaviorSanitizer, or with ThreadSanitizer; when none is named cpp, module and rooms with asan, cpp and module
+# with tsan, which leaves the embedded engine out, and cpp with tsan-engine. Any report fails the test whose process made it.
 #   cpp      the C++ tests
 #   module   JavaScript against the module over the scripted engine
 #   rooms    with asan: JavaScript against the embedded engine's rooms, what takes a minute of it
@@ -8,7 +9,7 @@
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
-kind=${1:?usage: test_sanitized.sh asan|tsan [SUITE...]}
+kind=${1:?usage: test_sanitized.sh asan|tsan|tsan-engine [SUITE...]}
 shift
 suites=("$@")
 suppressions=$root/scripts/sanitizers
@@ -22,9 +23,12 @@ case $kind in
     export UBSAN_OPTIONS="print_stacktrace=1"
     export LSAN_OPTIONS="suppressions=$suppressions/leak.supp:print_suppressions=0"
     ;;
-  tsan)
+  tsan | tsan-engine)
     runtime=libtsan.so
-    ((${#suites[@]})) || suites=(cpp module)
+    if ((${#suites[@]} == 0)); then
+      suites=(cpp)
+      [[ $kind == tsan-engine ]] || suites+=(module)
+    fi
     # The host is not instrumented: what it reads and writes through the C library is not judged, its locks count.
     export TSAN_OPTIONS="halt_on_error=1:exitcode=66:ignore_noninstrumented_modules=1:second_deadlock_stack=1:suppressions=$suppressions/thread.supp"
     ;;
@@ -33,7 +37,7 @@ esac
 
 # ThreadSanitizer's shadow memory does not fit round every random layout of the address space.
 fixed=()
-if [[ $kind == tsan ]] && setarch -R true 2>/dev/null; then
+if [[ $kind == tsan* ]] && setarch -R true 2>/dev/null; then
   fixed=(setarch -R)
 fi
 
@@ -43,7 +47,7 @@ ${fixed[@]+"${fixed[@]}"} bash "$root/scripts/build.sh" "$kind" all
 # node itself is not instrumented, so the runtime has to be there before it.
 preload=$(gcc -print-file-name=$runtime)
 [[ -e $preload ]] || die "the compiler has no $runtime"
-[[ $kind == tsan ]] || preload+=:$root/build/$kind/tests/engine/libcorvane_early_memory.so
+[[ $kind == tsan* ]] || preload+=:$root/build/$kind/tests/engine/libcorvane_early_memory.so
 
 # over LIBRARIES PATH: the JavaScript suites at PATH against the module over the libraries in that folder of the build.
 over() {
