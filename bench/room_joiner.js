@@ -24,9 +24,9 @@ function resources() {
   return { descriptors, threads: fs.readdirSync('/proc/self/task').length, resident_mb: kilobytes / 1024 };
 }
 
-/** The resources, once they are no more than those of `before`, or as they are after ten seconds: a left room ends by and by. */
+/** The resources, once they are no more than those of `before`, or after half a minute: pools of threads forget slowly. */
 async function settled(before) {
-  const end = performance.now() + 10_000;
+  const end = performance.now() + 30_000;
   const isMore = (now) => now.descriptors > before.descriptors || now.threads > before.threads;
   let now = resources();
   while (isMore(now) && performance.now() < end) {
