@@ -97,6 +97,9 @@ test('an invisible user hears and sees but is not announced', async () => {
   assert.deepStrictEqual(await seen.waitFor('onUserLeave'), { uid: 'hidden', reason: 2 });
   await hidden.call('veil', 'publishStream', 2);
   assert.strictEqual((await hidden.waitFor('onStreamStateChanged')).state, -3);
+  // Who is announced late may not be reached yet: what is for one user waits for that.
+  await seen.call('veil', 'sendUserMessage', 'hidden', 'are you there', 0);
+  assert.strictEqual((await seen.waitFor('onUserMessageSendResult')).error, 0);
   await seen.call('veil', 'sendRoomMessage', 'to whom it may concern');
   assert.strictEqual((await hidden.waitFor('onRoomMessageReceived')).message, 'to whom it may concern');
   const from = seen.events.length;
