@@ -1,7 +1,7 @@
 'use strict';
-// Calls between two processes whose links to the service lose packets, each way and each member's, hold them up, or are
-// narrow: how many of the pushed pictures arrive, and the longest time without a new one. The limits of the latter are
-// fixed.
+// Calls of sound and pictures between two processes whose links to the service lose packets, each way and each member's,
+// hold them up, or are narrow: how many of the pushed pictures arrive, and the longest time without a new one. The limits
+// of the latter are fixed.
 
 const fs = require('node:fs');
 const os = require('node:os');
@@ -31,7 +31,7 @@ module.exports = async function lossyCalls() {
     const environment = { LD_PRELOAD: preload, CORVANE_BENCH_LINK: words };
     const environments = of ? { [of]: environment } : { sender: environment, receiver: environment };
     const { call } = await holdCall({
-      camera, rate, seconds, logFolder, size, sheet: { count: 0, width: 16, height: 9 }, environments,
+      camera, rate, seconds, sound: true, logFolder, size, sheet: { count: 0, width: 16, height: 9 }, environments,
     });
     const add = (what, value, unit, limit, kind) => rows.push({
       name: `${name}: ${what}`, value, unit, limit: limit ?? null, ratio: limit ? value / limit : null,

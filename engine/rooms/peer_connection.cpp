@@ -1,25 +1,18 @@
 #include "rooms/peer_connection.h"
 
-#include <gst/rtp/gstrtcpbuffer.h>
 #include <gst/webrtc/webrtc.h>
 
-#include <string_view>
 #include <utility>
 
 #include "capture/capture_fault.h"
 #include "core/bus_watch.h"
 #include "core/glib_pointers.h"
 #include "rooms/sdp_text.h"
+#include "rooms/transport.h"
 
 namespace corvane::rtc {
 
 namespace {
-
-// What a lost packet may take to be sent again, at a second or third try if need be. Pictures that arrive whole and in
-// order are not held back.
-constexpr guint kJitterBufferMs = 200;
-// Between two regular reports there is one chance to ask for what was lost, and one to ask again.
-constexpr guint64 kReportInterval = 30 * GST_MSECOND;
 
 // From the start of a connection to giving it up: a service may take an offer and do nothing.
 constexpr std::chrono::seconds kPatience(10);
@@ -38,18 +31,6 @@ Description makeDescription(GstWebRTCSDPType type, const std::string& sdp) {
   return gst_sdp_message_medias_len(message) > 0 ? std::move(description) : nullptr;
 }
 
-template <guint milliseconds>
-GstPadProbeReturn setLatency(GstPad* pad, GstPadProbeInfo*, gpointer) {
-  const GstPtr<GstElement> jitter_buffer(gst_pad_get_parent_element(pad));
-  if (jitter_buffer != nullptr) g_object_set(jitter_buffer.get(), "latency", milliseconds, nullptr);
-  return GST_PAD_PROBE_REMOVE;
-}
-
-void onFirstPacket(GstElement* element, const char* pad_name, GstPadProbeCallback callback) {
-  const GstPtr<GstPad> pad(gst_element_get_static_pad(element, pad_name));
-  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, callback, nullptr, nullptr);
-}
-
 }  // namespace
 
 PeerConnection::PeerConnection(EngineContext& context, const char* name, bool loopback_only, Listener& listener)
@@ -58,7 +39,7 @@ PeerConnection::PeerConnection(EngineContext& context, const char* name, bool lo
   pipeline_.countFromClock();
   if (webrtc_ == nullptr) return;
   gst_util_set_object_arg(G_OBJECT(webrtc_), "bundle-policy", "max-bundle");
-  g_object_set(webrtc_, "latency", kJitterBufferMs, nullptr);
+  setUpTransport(webrtc_, transport_);
   setUpIce(loopback_only);
   connectSignals();
 }
@@ -83,40 +64,6 @@ void PeerConnection::setUpIce(bool loopback_only) {
   if (loopback_only) g_signal_emit_by_name(ice, "add-local-ip-address", "127.0.0.1", &added);
 }
 
-// On a thread of webrtcbin's.
-void PeerConnection::setUpTransport(GstElement* element) {
-  const GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr) return;
-  const std::string_view kind = GST_OBJECT_NAME(factory);
-  if (kind == "rtpjitterbuffer") {
-    // It would ask for the next packet when it guesses that it is due, and refuse it when it comes later: after a
-    // pause, or a picture that was left out, that is the packet which everything after it needs.
-    g_object_set(element, "rtx-next-seqnum", FALSE, nullptr);
-    // It would keep a stream's first packet for as long as ones from before it could still come. Streams are joined in
-    // the middle: what came before is of no use without more that was never sent. Its own fast start passes over a
-    // packet that comes while the events of the stream's start still wait before it.
-    onFirstPacket(element, "sink", setLatency<0>);
-    onFirstPacket(element, "src", setLatency<kJitterBufferMs>);
-  }
-  if (kind != "rtpsession") return;
-  // A source would have to send two packets in a row before it counts, and a small picture is one. Only the service can
-  // send any that are taken: they are signed.
-  g_object_set(element, "probation", 0U, nullptr);
-  GObject* session = nullptr;
-  g_object_get(element, "internal-session", &session, nullptr);
-  if (session == nullptr) return;
-  const GObjectPtr<GObject> owned(session);
-  g_object_set(session, "rtcp-min-interval", kReportInterval, nullptr);
-  // The requests that come up the pipeline leave out those for a video's second and third layer.
-  const auto on_feedback = +[](GObject*, guint type, guint kind_of_feedback, guint, guint, GstBuffer*, gpointer data) {
-    auto* self = static_cast<PeerConnection*>(data);
-    const bool asks = type == GST_RTCP_TYPE_PSFB &&
-                      (kind_of_feedback == GST_RTCP_PSFB_TYPE_PLI || kind_of_feedback == GST_RTCP_PSFB_TYPE_FIR);
-    if (asks) self->ask_for_key_frame_();
-  };
-  if (ask_for_key_frame_ != nullptr) g_signal_connect(session, "on-feedback-rtcp", G_CALLBACK(on_feedback), this);
-}
-
 void PeerConnection::connectSignals() {
   // Emitted on threads of webrtcbin's, which are gone when the pipeline has stopped.
   const auto on_candidate = +[](GstElement*, guint line, gchar* candidate, gpointer data) {
@@ -133,10 +80,6 @@ void PeerConnection::connectSignals() {
   };
   g_signal_connect(webrtc_, "on-ice-candidate", G_CALLBACK(on_candidate), this);
   g_signal_connect(webrtc_, "notify::connection-state", G_CALLBACK(on_state), this);
-  const auto on_element = +[](GstBin*, GstBin*, GstElement* element, gpointer data) {
-    static_cast<PeerConnection*>(data)->setUpTransport(element);
-  };
-  g_signal_connect(webrtc_, "deep-element-added", G_CALLBACK(on_element), this);
 }
 
 void PeerConnection::start() {
@@ -202,6 +145,7 @@ void PeerConnection::onDescriptionMade(const GstStructure* reply, const char* fi
   if (local == nullptr) return fail("a description that was made cannot be read");
   g_signal_emit_by_name(webrtc_, "set-local-description", local.get(), nullptr);
   if (layers_.size() > 1) sdp = offeringLayers(sdp, layers_);
+  if (!offering_) sdp = namingReporter(sdp, transport_.reporter);
   if (link_ != nullptr) link_->sendDescription(sdp);
 }
 

@@ -10,6 +10,7 @@
 
 #include "capture/pipeline.h"
 #include "core/engine_context.h"
+#include "rooms/transport.h"
 #include "service/signalling.h"
 
 namespace corvane::rtc {
@@ -40,7 +41,7 @@ class PeerConnection : public PeerLink::Listener {
   /// The sources that the layers of one offered video come from, the largest first.
   void setLayers(std::vector<uint32_t> sources) { layers_ = std::move(sources); }
   /// Called on threads of the connection's, when a receiver cannot go on without a key frame. To be set before start().
-  void onKeyFrameAsked(std::function<void()> ask) { ask_for_key_frame_ = std::move(ask); }
+  void onKeyFrameAsked(std::function<void()> ask) { transport_.ask_for_key_frame = std::move(ask); }
   void start();
   /// No thread of the pipeline's runs any more afterwards.
   void stop();
@@ -57,7 +58,6 @@ class PeerConnection : public PeerLink::Listener {
 
  private:
   void connectSignals();
-  void setUpTransport(GstElement* element);
   void setUpIce(bool loopback_only);
   void onDescriptionMade(const GstStructure* reply, const char* field);
   void onStateChanged(int state);
@@ -73,7 +73,7 @@ class PeerConnection : public PeerLink::Listener {
   AttachedSource watch_;
   AttachedSource patience_;
   std::vector<uint32_t> layers_;
-  std::function<void()> ask_for_key_frame_;
+  TransportSetup transport_;  // read by the pipeline's threads
   bool offering_ = false;
   bool connected_ = false;
   bool failed_ = false;

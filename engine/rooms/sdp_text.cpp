@@ -54,4 +54,14 @@ std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& 
   return told;
 }
 
+std::string namingReporter(const std::string& sdp, uint32_t source) {
+  const size_t video = sdp.starts_with("m=video") ? 0 : sdp.find("\nm=video");
+  if (video == std::string::npos) return sdp;
+  const size_t next = sdp.find("\nm=", video + 1);
+  std::string naming = sdp;
+  naming.insert(next != std::string::npos ? next + 1 : sdp.size(),
+                "a=ssrc:" + std::to_string(source) + " cname:receiver\r\n");
+  return naming;
+}
+
 }  // namespace corvane::rtc

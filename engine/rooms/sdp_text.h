@@ -21,4 +21,9 @@ std::string answeringPassively(const std::string& sdp);
 /// an offer of GStreamer's names one source for a medium.
 std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources);
 
+/// Tells in an answer which source reports on the pictures that are received. From a source that it was not told of,
+/// Janus takes a report for one on what the report happens to speak of first, or on the first medium: requests for key
+/// frames, and for lost packets, are passed over then.
+std::string namingReporter(const std::string& sdp, uint32_t source);
+
 }  // namespace corvane::rtc

@@ -31,10 +31,15 @@ std::string othersThan(const char* folder, const std::vector<std::string>& wante
 constexpr char kPluginFolder[] = "/usr/lib/x86_64-linux-gnu/janus/plugins";
 constexpr char kTransportFolder[] = "/usr/lib/x86_64-linux-gnu/janus/transports";
 
+// A packet that was sent again is not sent once more within 200 ms: shorter, and nothing would be sent a third time.
+constexpr int kPacketsKeptMs = 500;
+
 std::string mainFile(const LocalServiceConfig& config) {
   return "general: {\n  configs_folder = \"config\"\n  api_secret = \"" + config.secret +
          "\"\n  session_timeout = 30\n  debug_level = 3\n  hide_dependencies = true\n}\n"
-         "media: {\n  rtp_port_range = \"20000-60000\"\n}\n"
+         "media: {\n  rtp_port_range = \"20000-60000\"\n  min_nack_queue = " +
+         std::to_string(kPacketsKeptMs) +
+         "\n}\n"
          "nat: {\n  full_trickle = true\n  ignore_mdns = true\n  ice_enforce_list = \"127.0.0.1\"\n}\n"
          "plugins: {\n  disable = \"" +
          othersThan(kPluginFolder, {"libjanus_videoroom.so", "libjanus_textroom.so"}) +

@@ -37,6 +37,8 @@ void runSessionDescription(std::string_view input) {
   promise(kept.size() <= sdp.size() && withoutFullIntraRequests(kept) == kept, "requests are taken out at once");
   const std::string passive = answeringPassively(sdp);
   promise(passive.find("a=setup:active") == std::string::npos, "no answer is active");
+  const std::string naming = namingReporter(sdp, UINT32_MAX);
+  promise(naming.find("m=video") == std::string::npos || naming.size() >= sdp.size(), "nothing is taken out");
   GstSDPMessage* message = nullptr;
   if (isDescription(kept) && gst_sdp_message_new_from_text(kept.c_str(), &message) == GST_SDP_OK)
     gst_sdp_message_free(message);
