@@ -216,8 +216,13 @@ int32_t RtcRoom::setRemoteRoomAudioPlaybackVolume(int32_t volume) {
   return post([volume](Room& room) { room.setRoomVolume(volume); });
 }
 
-int32_t RtcRoom::setAudioSelectionConfig(int32_t /*audio_selection_priority*/) {
-  return notSupported(__func__);
+int32_t RtcRoom::setAudioSelectionConfig(int32_t audio_selection_priority) {
+  const bool valid = audio_selection_priority == kAudioSelectionPriorityNormal ||
+                     audio_selection_priority == kAudioSelectionPriorityHigh;
+  if (!valid) return kInvalidParameter;
+  return post([audio_selection_priority](Room& room) {
+    room.setPreferred(audio_selection_priority == kAudioSelectionPriorityHigh);
+  });
 }
 
 // Messages.

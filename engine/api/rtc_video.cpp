@@ -43,6 +43,7 @@ RtcVideo::RtcVideo(LogSettings log, const char* app_id, IRTCVideoEventHandler* h
     audio_capture_ = std::make_unique<AudioCapture>(context_, sound_devices_, captured_sound_, pushed_sound_);
     audio_report_ = std::make_unique<AudioReport>(context_, captured_sound_.taps(), sent_sound_.taps(), remote_sounds_);
     speaker_ = std::make_unique<Speaker>(context_, sound_devices_, played_sound_);
+    remote_sounds_.setPlaces(static_cast<size_t>(parameters_.heard_users));
     screen_sound_capture_ = std::make_unique<ScreenSoundCapture>(context_, sound_devices_, parameters_.screen_sound,
                                                                  screen_sound_, sent_sound_);
     screen_capture_ = std::make_unique<ScreenCapture>(context_, screen_sink_, screen_taps_, snapshots_);

@@ -6,6 +6,8 @@ namespace corvane::rtc {
 
 namespace {
 
+constexpr int64_t kMaxHeardUsers = 1000;
+
 void readIds(const Json& json, const char* key, std::vector<std::string>& ids, std::string& problem) {
   const auto list = json.find(key);
   if (list == json.end()) return;
@@ -47,6 +49,12 @@ EngineParameters readParameters(std::string_view json_text, std::string& problem
     const auto* id = sound->get_ptr<const std::string*>();
     if (id != nullptr) parameters.screen_sound = *id;
     if (id == nullptr) problem = "\"screen_sound\" is not a text";
+  }
+  if (json.contains("heard_users")) {
+    const int64_t users = numberOf(json, "heard_users");
+    const bool fits = users >= 1 && users <= kMaxHeardUsers;
+    if (fits) parameters.heard_users = static_cast<int32_t>(users);
+    if (!fits) problem = "\"heard_users\" is not a number from 1 to 1000";
   }
   if (const auto service = json.find("service"); service != json.end()) {
     const auto add = [&](const Json& address) {

@@ -6,13 +6,25 @@
 
 namespace corvane::rtc {
 
-RemoteSound::RemoteSound(RemoteHooks& hooks, SoundMixer& mixer, std::string room, std::string user,
-                         int32_t stream_index)
+namespace {
+
+float powerOf(const SoundBlock& block) {
+  float sum = 0;
+  for (const int16_t sample : block.samples()) sum += static_cast<float>(sample) * static_cast<float>(sample);
+  return sum / static_cast<float>(block.samples().size());
+}
+
+}  // namespace
+
+RemoteSound::RemoteSound(RemoteHooks& hooks, SoundMixer& mixer, SoundSelection& selection, std::string room,
+                         std::string user, int32_t stream_index)
     : hooks_(hooks),
       room_(std::move(room)),
       user_(std::move(user)),
       stream_index_(stream_index),
-      input_(mixer.addInput(SoundMixer::Origin::kRemote)) {}
+      input_(mixer.addInput(SoundMixer::Origin::kRemote)) {
+  if (stream_index == kStreamIndexMain) voice_.emplace(selection);
+}
 
 RemoteSound::~RemoteSound() {
   measure(std::nullopt);
@@ -38,13 +50,30 @@ void RemoteSound::push(const SoundBlock& block) {
     });
   }
   taps_.deliver(block_);
-  input_->push(place_.apply(block_));
+  play(place_.apply(block_));
   // The last, so that whatever it does to its frame harms nobody.
   if (OutgoingPath* path = observing_.follow(hooks_.observer, block.channels)) {
     hooks_.receivers.observer.call([&](IAudioFrameObserver& observer) {
       path->take(block_, [&](const LentAudioFrame& frame) { observer.onRemoteUserAudioFrame(key(), &frame); });
     });
   }
+}
+
+void RemoteSound::play(const SoundBlock& block) {
+  const bool was_heard = std::exchange(heard_, !voice_ || voice_->isHeard(powerOf(block_), block_.time_us));
+  if (heard_ == was_heard) {
+    if (heard_) input_->push(block);
+    return;
+  }
+  // One block, so that nobody hears a click.
+  SoundBlock fading = block;
+  const std::span<int16_t> samples = fading.samples();
+  const auto channels = static_cast<size_t>(fading.channels);
+  for (size_t at = 0; at < samples.size(); ++at) {
+    const float passed = static_cast<float>(at / channels) / static_cast<float>(kBlockFrames);
+    samples[at] = static_cast<int16_t>(static_cast<float>(samples[at]) * (heard_ ? passed : 1 - passed));
+  }
+  input_->push(fading);
 }
 
 void RemoteSound::measure(const std::optional<SoundMeterSettings>& settings) {
@@ -66,7 +95,7 @@ int32_t RemoteSounds::turnOn(HookSwitch<const AudioFormat>& hook, const AudioFor
 }
 
 std::shared_ptr<RemoteSound> RemoteSounds::add(const std::string& room, const std::string& user, int32_t stream_index) {
-  auto sound = std::make_shared<RemoteSound>(hooks_, mixer_, room, user, stream_index);
+  auto sound = std::make_shared<RemoteSound>(hooks_, mixer_, selection_, room, user, stream_index);
   sound->measure(meters_);
   sounds_.push_back(sound);
   return sound;

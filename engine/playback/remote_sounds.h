@@ -18,6 +18,7 @@
 #include "media/sound_mixer.h"
 #include "media/sound_taps.h"
 #include "playback/sound_place.h"
+#include "playback/sound_selection.h"
 
 namespace corvane::rtc {
 
@@ -31,7 +32,8 @@ struct RemoteHooks {
 /// The sound of one remote stream. Engine thread only, but for push().
 class RemoteSound {
  public:
-  RemoteSound(RemoteHooks& hooks, SoundMixer& mixer, std::string room, std::string user, int32_t stream_index);
+  RemoteSound(RemoteHooks& hooks, SoundMixer& mixer, SoundSelection& selection, std::string room, std::string user,
+              int32_t stream_index);
   ~RemoteSound();
   RemoteSound(const RemoteSound&) = delete;
   RemoteSound& operator=(const RemoteSound&) = delete;
@@ -45,6 +47,10 @@ class RemoteSound {
   /// A factor of what is played, and from where. What observers get and what is measured is as it was sent.
   void setVolume(float factor) { input_->setGain(factor); }
   void setPlace(const SoundPlace& place) { place_.set(place); }
+  /// Whether it is heard however many others are louder. Screens are in any case.
+  void setPreferred(bool preferred) {
+    if (voice_) voice_->setPreferred(preferred);
+  }
 
   /// None ends measuring.
   void measure(const std::optional<SoundMeterSettings>& settings);
@@ -73,11 +79,15 @@ class RemoteSound {
   SoundTaps taps_;
   std::optional<SoundMeter> meter_;
   PlacedSound place_;
+  std::optional<SoundSelection::Voice> voice_;  // of a microphone
+
+  void play(const SoundBlock& block);
 
   // The stream's thread's.
   Way<ProcessingPath> processing_;
   Way<OutgoingPath> observing_;
   SoundBlock block_;
+  bool heard_ = true;
 };
 
 /// Those of all rooms of one engine. Any thread, but for what is marked otherwise.
@@ -92,6 +102,9 @@ class RemoteSounds {
   void disableProcessor() { hooks_.processor.off(); }
   int32_t enableObserver(const AudioFormat& format) { return turnOn(hooks_.observer, format); }
   void disableObserver() { hooks_.observer.off(); }
+
+  /// How many microphones are heard at once.
+  void setPlaces(size_t places) { selection_.setPlaces(places); }
 
   /// It is there for as long as its owner keeps it, and goes on the engine thread. Engine thread only.
   std::shared_ptr<RemoteSound> add(const std::string& room, const std::string& user, int32_t stream_index);
@@ -109,6 +122,7 @@ class RemoteSounds {
 
   SoundMixer& mixer_;
   RemoteHooks hooks_;
+  SoundSelection selection_;
   std::optional<SoundMeterSettings> meters_;
   std::vector<std::weak_ptr<RemoteSound>> sounds_;
 };

@@ -41,6 +41,7 @@ std::string writeMemberState(const MemberState& state) {
   for (const LayerSize& layer : state.layers) json["layers"].push_back({layer.width, layer.height});
   if (!state.visible) json["visible"] = false;
   if (state.forwarded) json["forwarded"] = true;
+  if (state.preferred) json["preferred"] = true;
   if (state.leaving) json["leaving"] = true;
   for (const auto& [key, info] : state.room_info) {
     json["room"][key] = {{"value", info.value}, {"user", info.user}, {"time", info.time_ms}};
@@ -67,6 +68,7 @@ MemberState readMemberState(const std::string& text) {
   }
   state.visible = flagOf(json, "visible", true);
   state.forwarded = flagOf(json, "forwarded", false);
+  state.preferred = flagOf(json, "preferred", false);
   state.leaving = flagOf(json, "leaving", false);
   state.place = readVoicePlace(memberOf(json, "place"));
   if (const Json& room = memberOf(json, "room"); room.is_object()) {

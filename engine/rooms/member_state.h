@@ -29,6 +29,7 @@ struct MemberState {
   std::vector<LayerSize> layers;  ///< of the camera's video, the largest first; none where there is one
   bool visible = true;
   bool forwarded = false;                      ///< a user of another room, who sends only: no messages reach it
+  bool preferred = false;                      ///< heard by the others however many are louder
   bool leaving = false;                        ///< the user leaves of its own will
   std::map<std::string, ExtraInfo> room_info;  ///< pairs that this member keeps for the room, by key
 

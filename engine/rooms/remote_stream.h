@@ -58,6 +58,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   /// Percent, of this stream alone and of its room.
   void setVolume(int32_t user, int32_t room);
   void setPlace(const SoundPlace& place) { sound_->setPlace(place); }
+  void setPreferred(bool preferred) { sound_->setPreferred(preferred); }
 
   /// Brings the connection's counters up to date, a moment later.
   void requestStatistics();

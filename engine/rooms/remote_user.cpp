@@ -13,6 +13,7 @@ void RemoteUser::setState(MemberState state) {
   state_ = std::move(state);
   for (RemoteStream& stream : streams_) stream.setMetaData(state_.extra_info);
   stream(kStreamIndexMain).setLayers(state_.layers);
+  stream(kStreamIndexMain).setPreferred(state_.preferred);
   stream(kStreamIndexMain).setPublished(state_.visible ? state_.published : 0);
   stream(kStreamIndexScreen).setPublished(state_.visible ? state_.screen : 0);
 }

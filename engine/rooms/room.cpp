@@ -60,6 +60,7 @@ void Room::join(RoomJoin join) {
   own_ = {};
   own_.extra_info = join_.extra_info;
   own_.visible = visible_;
+  own_.preferred = preferred_;
   setCapturing(capturing_);
   tellLayers();
   own_.published = join_.auto_publish && visible_ ? kMediaStreamBoth : 0;
@@ -439,6 +440,12 @@ void Room::setVisible(bool visible) {
     for (int32_t index : {kStreamIndexMain, kStreamIndexScreen}) setPublished(index, 0);  // tells the state
   }
   context_.events->onUserVisibilityChanged(visible, kUserVisibilityErrorOk);
+}
+
+void Room::setPreferred(bool preferred) {
+  preferred_ = preferred;
+  own_.preferred = preferred;
+  if (state_ == State::kIn) tellState();
 }
 
 void Room::setExtraInfo(int32_t task, const std::string& key, const std::string& value) {

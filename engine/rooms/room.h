@@ -79,6 +79,8 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void tellLayers();
   /// Before the room is joined, too: it is joined invisible then.
   void setVisible(bool visible);
+  /// Whether the others hear the local user however many are louder; before the room is joined, too.
+  void setPreferred(bool preferred);
   /// Reported under `task`.
   void setExtraInfo(int32_t task, const std::string& key, const std::string& value);
   void setToken(std::string token) { join_.token = std::move(token); }
@@ -142,8 +144,9 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   Service& service_;
   State state_ = State::kOut;
   RoomJoin join_;
-  bool was_in_ = false;  // since join()
-  bool visible_ = true;  // as the application wants it
+  bool was_in_ = false;     // since join()
+  bool visible_ = true;     // as the application wants it
+  bool preferred_ = false;  // likewise
   std::array<int32_t, 2> capturing_ = {};
   int32_t room_volume_ = 100;
   std::map<std::pair<std::string, int32_t>, int32_t> volumes_;  // by user and stream, where not 100

@@ -72,6 +72,19 @@ test('levels of all users are reported, and who is the loudest', async () => {
   await ann.call('video', 'muteAudioCapture', 0, true);
   assert.deepStrictEqual(await listener.waitFor('onActiveSpeaker', () => true, from), { room_id: 'hall', uid: 'bob' });
   await ann.call('video', 'muteAudioCapture', 0, false);
+
+  // Who hears one at a time hears the louder one, until the other has priority.
+  const picky = participant('picky', { heard_users: 1 });
+  await picky.call('video', 'setAudioPlaybackDevice', 'null:');
+  await picky.call('video', 'enableAudioFrameCallback', kPlayback, tenths);
+  await picky.join('hall');
+  await picky.sound('onPlaybackAudioFrame', both(amplitude(-10)));
+  assert.strictEqual(await bob.call('hall', 'setAudioSelectionConfig', 2), -2);
+  assert.strictEqual(await bob.call('hall', 'setAudioSelectionConfig', 1), 0);
+  await picky.sound('onPlaybackAudioFrame', both(amplitude(-20)));
+  assert.strictEqual(await bob.call('hall', 'setAudioSelectionConfig', 0), 0);
+  await picky.sound('onPlaybackAudioFrame', both(amplitude(-10)));
+  await picky.end();
   await bob.call('video', 'stopAudioCapture');
   await listener.call('video', 'enableAudioPropertiesReport', { interval: 0, ...modes, ...parts });
 });

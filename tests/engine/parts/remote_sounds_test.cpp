@@ -91,5 +91,50 @@ TEST(RemoteSounds, ProcessMeasurePlaceAndShowEachUserAlone) {
   EXPECT_EQ(left, 1U);
 }
 
+TEST(RemoteSounds, HearsTheLoudestAndThoseWhoArePreferred) {
+  SoundMixer mixer;
+  SoundHooks hooks;
+  RemoteSounds sounds(mixer, hooks);
+  sounds.setPlaces(2);
+  struct User {
+    std::shared_ptr<RemoteSound> sound;
+    int16_t level;
+  };
+  User users[] = {{sounds.add("r", "ann", 0), 1000},
+                  {sounds.add("r", "bob", 0), 200},
+                  {sounds.add("r", "cy", 0), 30},
+                  {sounds.add("r", "dan", 0), 4}};
+  const auto screen = sounds.add("r", "dan", 1);
+  int64_t now = 0;
+  const auto heard = [&] {
+    SoundBlock mixed;
+    for (int block = 0; block < 120; ++block) {
+      now += 10'000;
+      for (User& user : users) {
+        SoundBlock sent = blockOf(user.level, 1);
+        sent.time_us = now;
+        if (user.level != 0) user.sound->push(sent);
+      }
+      screen->push(blockOf(1, 1));
+      mixer.mix(mixed, 0);
+    }
+    return mixed.storage[0];
+  };
+  EXPECT_EQ(heard(), 1000 + 200 + 1);
+  users[3].sound->setPreferred(true);
+  EXPECT_EQ(heard(), 1000 + 4 + 1);
+  users[3].sound->setPreferred(false);
+  users[1].level = 40;  // not by much louder than another
+  EXPECT_EQ(heard(), 1000 + 40 + 1);
+  users[2].level = 50;
+  EXPECT_EQ(heard(), 1000 + 40 + 1);
+  users[2].level = 80;
+  EXPECT_EQ(heard(), 1000 + 80 + 1);
+  users[0].level = 0;  // sends nothing any more
+  EXPECT_EQ(heard(), 80 + 40 + 1);
+  sounds.setPlaces(100);
+  EXPECT_EQ(heard(), 80 + 40 + 4 + 1);
+}
+
 }  // namespace
 }  // namespace corvane::rtc
