@@ -254,9 +254,10 @@ void onEngineThread(std::function<void()> task) {
 }
 
 void waitForSocket() {
-  for (int round = 0; scriptedSocket().listener == nullptr && round < 100; ++round) {
+  bool is_there = false;
+  for (int round = 0; !is_there && round < 100; ++round) {
     std::this_thread::sleep_for(std::chrono::milliseconds(round > 0 ? 1 : 0));
-    onEngineThread([] {});
+    onEngineThread([&is_there] { is_there = scriptedSocket().listener != nullptr; });
   }
 }
 
