@@ -70,7 +70,8 @@ void RemoteSound::play(const SoundBlock& block) {
   const std::span<int16_t> samples = fading.samples();
   const auto channels = static_cast<size_t>(fading.channels);
   for (size_t at = 0; at < samples.size(); ++at) {
-    const float passed = static_cast<float>(at / channels) / static_cast<float>(kBlockFrames);
+    const size_t frame = at / channels;
+    const float passed = static_cast<float>(frame) / static_cast<float>(kBlockFrames);
     samples[at] = static_cast<int16_t>(static_cast<float>(samples[at]) * (heard_ ? passed : 1 - passed));
   }
   input_->push(fading);

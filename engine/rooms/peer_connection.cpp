@@ -150,6 +150,9 @@ void PeerConnection::onDescriptionMade(const GstStructure* reply, const char* fi
 }
 
 void PeerConnection::onRemoteDescription(const std::string& sdp) {
+  if (const std::string refused = offering_ ? refusedMedia(sdp) : ""; !refused.empty()) {
+    return fail("the room takes no " + refused + " of the codec that is sent");
+  }
   const Description remote = makeDescription(offering_ ? GST_WEBRTC_SDP_TYPE_ANSWER : GST_WEBRTC_SDP_TYPE_OFFER,
                                              withoutFullIntraRequests(sdp));
   if (remote == nullptr) return fail("the service sent a description that cannot be read");

@@ -64,4 +64,11 @@ std::string namingReporter(const std::string& sdp, uint32_t source) {
   return naming;
 }
 
+std::string refusedMedia(const std::string& answer) {
+  for (const char* kind : {"audio", "video"}) {
+    if (answer.find("\nm=" + std::string(kind) + " 0 ") != std::string::npos) return kind;
+  }
+  return {};
+}
+
 }  // namespace corvane::rtc

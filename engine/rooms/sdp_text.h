@@ -26,4 +26,7 @@ std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& 
 /// frames, and for lost packets, are passed over then.
 std::string namingReporter(const std::string& sdp, uint32_t source);
 
+/// The first kind of media, "audio" or "video", that an answer refuses; "" when it takes all.
+std::string refusedMedia(const std::string& answer);
+
 }  // namespace corvane::rtc

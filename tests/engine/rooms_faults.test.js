@@ -132,6 +132,14 @@ test('a room with a word to it is joined with that word, and can be ended from o
   assert.deepStrictEqual(guest.of('onUserUnpublishStream'), [{ uid: 'rowdy', type: 3, reason: 4 }]);
   await rowdy.end();
 
+  // A room for a codec that is not sent.
+  administrate(workplace, { request: 'create', room: 'old', videocodec: 'vp8' });
+  assert.strictEqual((await guest.join('old')).state, 0);
+  await guest.call('old', 'publishStream', 3);
+  const failed = await guest.waitFor('onStreamStateChanged', ({ room_id, state }) => room_id === 'old' && state === -1);
+  assert.match(JSON.parse(failed.extra_info).reason, /takes no video of the codec/);
+  await guest.call('old', 'leaveRoom');
+
   assert.strictEqual(administrate(workplace, { request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
   const { room_id } = await guest.waitFor('onRoomStateChanged', ({ state }) => state === -6, from);
   assert.strictEqual(room_id, 'locked');
