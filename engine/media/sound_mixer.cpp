@@ -67,15 +67,20 @@ std::shared_ptr<SoundMixer::Input> SoundMixer::addInput(Origin origin) {
   auto input = std::make_shared<Input>(origin);
   {
     const std::lock_guard lock(mutex_);
+    forgetEnded();
     sources_.push_back({input, origin});
   }
   if (on_input_) on_input_();
   return input;
 }
 
+void SoundMixer::forgetEnded() {
+  std::erase_if(sources_, [](const Source& source) { return source.input.expired(); });
+}
+
 bool SoundMixer::hasInputs() {
   const std::lock_guard lock(mutex_);
-  std::erase_if(sources_, [](const Source& source) { return source.input.expired(); });
+  forgetEnded();
   return !sources_.empty();
 }
 

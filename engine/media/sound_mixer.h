@@ -98,6 +98,8 @@ class SoundMixer {
     Origin origin = Origin::kHere;
   };
 
+  // An entry keeps the memory of its input. The mutex is held.
+  void forgetEnded();
   void mixRemote(SoundBlock& mixed);
   void addRest(SoundBlock& mixed);
   // Adds what the sources of that origin have to sum_. False when they have nothing.

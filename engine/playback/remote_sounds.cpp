@@ -98,6 +98,7 @@ int32_t RemoteSounds::turnOn(HookSwitch<const AudioFormat>& hook, const AudioFor
 std::shared_ptr<RemoteSound> RemoteSounds::add(const std::string& room, const std::string& user, int32_t stream_index) {
   auto sound = std::make_shared<RemoteSound>(hooks_, mixer_, selection_, room, user, stream_index);
   sound->measure(meters_);
+  forgetEnded();
   sounds_.push_back(sound);
   return sound;
 }

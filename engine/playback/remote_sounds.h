@@ -113,11 +113,15 @@ class RemoteSounds {
   /// function(RemoteSound&) for each. Engine thread only.
   template <class F>
   void forEach(F&& function) {
-    std::erase_if(sounds_, [](const std::weak_ptr<RemoteSound>& sound) { return sound.expired(); });
+    forgetEnded();
     for (const std::weak_ptr<RemoteSound>& sound : sounds_) function(*sound.lock());
   }
 
  private:
+  // An entry keeps the memory of its sound.
+  void forgetEnded() {
+    std::erase_if(sounds_, [](const std::weak_ptr<RemoteSound>& sound) { return sound.expired(); });
+  }
   static int32_t turnOn(HookSwitch<const AudioFormat>& hook, const AudioFormat& format);
 
   SoundMixer& mixer_;

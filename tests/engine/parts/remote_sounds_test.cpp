@@ -1,6 +1,7 @@
 #include "playback/remote_sounds.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <string>
@@ -134,6 +135,16 @@ TEST(RemoteSounds, HearsTheLoudestAndThoseWhoArePreferred) {
   EXPECT_EQ(heard(), 80 + 40 + 1);
   sounds.setPlaces(100);
   EXPECT_EQ(heard(), 80 + 40 + 4 + 1);
+}
+
+// Nothing is measured or mixed here, which would clear up, too.
+TEST(RemoteSounds, ThatEndAddUpToNothing) {
+  SoundMixer mixer;
+  SoundHooks hooks;
+  RemoteSounds sounds(mixer, hooks);
+  const size_t before = mallinfo2().uordblks;
+  for (int user = 0; user < 100; ++user) sounds.add("r", "ann", 0);
+  EXPECT_LT(mallinfo2().uordblks, before + 10 * sizeof(RemoteSound));
 }
 
 }  // namespace
