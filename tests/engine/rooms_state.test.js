@@ -43,22 +43,27 @@ test('sound and pictures are counted while they come, and can be paused', async 
   await receiver.waitFor('onRemoteStreamStats', (each) => hears(each) && each.video_stats.decoder_output_frame_rate === 0, from);
   assert.strictEqual(await receiver.call('media', 'resumeAllSubscribedStream', 2), 0);
   assert.strictEqual((await receiver.frames('media', 'sender')).frames, 10);
-  const reasons = receiver.of('onRemoteVideoStateChanged').map(({ state, reason }) => [state, reason]);
+  // A busy machine freezes pictures, too, and they recover.
+  const steady = ({ state, reason }) => state !== 3 && reason !== 2;
+  const reasons = receiver.of('onRemoteVideoStateChanged', steady).map(({ state, reason }) => [state, reason]);
   assert.deepStrictEqual(reasons, [[2, 0], [0, 3], [2, 4]], 'stopped and resumed here');
 
   // A sender that is held up freezes, and recovers; one whose camera is off does neither.
+  const held = receiver.events.length;
   sender.signal('SIGSTOP');
   const frozen = ({ state }) => state === 3;
-  await receiver.waitFor('onRemoteVideoStateChanged', frozen);
+  await receiver.waitFor('onRemoteVideoStateChanged', frozen, held);
   sender.signal('SIGCONT');
-  await receiver.waitFor('onRemoteVideoStateChanged', ({ state, reason }) => state === 2 && reason === 2);
+  await receiver.waitFor('onRemoteVideoStateChanged', ({ state, reason }) => state === 2 && reason === 2, held);
+  const freezes = () => receiver.of('onRemoteVideoStateChanged', frozen).length;
+  const before = freezes();
   await sender.call('video', 'stopVideoCapture');
   assert.deepStrictEqual(await receiver.waitFor('onUserStopVideoCapture'), { user_id: 'sender', room_id: 'media' });
   await sender.call('video', 'stopAudioCapture');
   await receiver.waitFor('onUserStopAudioCapture');
   const dark = receiver.events.length;
   await receiver.waitFor('onRemoteStreamStats', ({ video_stats }) => video_stats.decoder_output_frame_rate === 0, dark);
-  assert.strictEqual(receiver.of('onRemoteVideoStateChanged', frozen).length, 1);
+  assert.strictEqual(freezes(), before);
 
   const load = await receiver.waitFor('onSysStats');
   const { full_memory, free_memory, total_memory_usage, memory_usage, memory_ratio } = load;
