@@ -75,7 +75,10 @@ void LocalStream::followLink() {
     int32_t full = 0;
     for (const VideoEncoder* layer : video_) full += layer->fullBitrate();
     if (full == 0) return;
-    const LinkFeedback told = {connection_.sent_video.fraction_lost, connection_.sent_video.rtt_ms};
+    LinkFeedback reported;
+    reported.loss = connection_.sent_video.fraction_lost;
+    reported.rtt_ms = connection_.sent_video.rtt_ms;
+    const LinkFeedback told = publisher_->packetFeedback().take().value_or(reported);
     // Of the smallest layer, which is sent last.
     const int32_t lowest = video_.back()->minBitrate() > 0 ? video_.back()->minBitrate() : kLowestBitrate;
     media_.limitVideo(*this, bitrate_.update(told, lowest, full));

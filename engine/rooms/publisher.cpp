@@ -11,6 +11,8 @@ namespace corvane::rtc {
 namespace {
 
 constexpr guint64 kWaitingBuffers = 4;
+// The extension of packets' headers with numbers under which the other side tells when each arrived.
+constexpr char kPacketNumbers[] = "http://www.ietf.org/id/draft-holmer-rmcat-transport-wide-cc-extensions-01";
 
 bool isH264() {
   return std::string(VideoEncoder::codec()) == "h264";
@@ -110,10 +112,16 @@ void Publisher::connect(GstElement* packets, const char* rtp_caps, uint32_t numb
   // The source's number has to stand in the offer: a service passes over packets of sources that it was not told of.
   const GstPtr<GstCaps> caps(gst_caps_from_string(rtp_caps));
   gst_caps_set_simple(caps.get(), "ssrc", G_TYPE_UINT, number, nullptr);
+  const bool is_followed = number == video_.front().number && video_.size() == 1;
+  if (is_followed) {
+    gst_caps_set_simple(caps.get(), "extmap-1", G_TYPE_STRING, kPacketNumbers, "rtcp-fb-transport-cc", G_TYPE_BOOLEAN,
+                        TRUE, nullptr);
+  }
   g_object_set(filter, "caps", caps.get(), nullptr);
   gst_element_link(packets, filter);
 
   const GstPtr<GstPad> out(gst_element_get_static_pad(filter, "src"));
+  if (is_followed) followPackets(out.get());
   const GstPtr<GstPad> in(gst_element_request_pad_simple(peer_.webrtc(), "sink_%u"));
   gst_pad_link(out.get(), in.get());
   GstWebRTCRTPTransceiver* transceiver = nullptr;
@@ -121,6 +129,18 @@ void Publisher::connect(GstElement* packets, const char* rtp_caps, uint32_t numb
   if (transceiver == nullptr) return;
   g_object_set(transceiver, "direction", GST_WEBRTC_RTP_TRANSCEIVER_DIRECTION_SENDONLY, "do-nack", TRUE, nullptr);
   gst_object_unref(transceiver);
+}
+
+// Feedback on packets comes up the pipeline.
+void Publisher::followPackets(GstPad* pad) {
+  const auto on_event = +[](GstPad*, GstPadProbeInfo* info, gpointer feedback) {
+    GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (gst_event_has_name(event, "RTPTWCCPackets")) {
+      static_cast<PacketFeedback*>(feedback)->add(gst_event_get_structure(event));
+    }
+    return GST_PAD_PROBE_OK;
+  };
+  gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_UPSTREAM, on_event, &packet_feedback_, nullptr);
 }
 
 void Publisher::start() {

@@ -10,6 +10,7 @@
 
 #include "media/sound_encoder.h"
 #include "media/video_encoder.h"
+#include "rooms/packet_feedback.h"
 #include "rooms/peer_connection.h"
 #include "service/signalling.h"
 
@@ -33,6 +34,8 @@ class Publisher final {
 
   PeerConnection& peer() { return peer_; }
   size_t layers() const { return video_.size(); }
+  /// What the service tells of the video's packets, where it does.
+  PacketFeedback& packetFeedback() { return packet_feedback_; }
   int64_t videoBytes() const;
   int64_t soundBytes() const { return sound_.bytes(); }
 
@@ -58,6 +61,9 @@ class Publisher final {
   GstElement* addStream(Stream& stream, const char* caps, const char* payloader_kind);
   void connect(GstElement* packets, const char* rtp_caps, uint32_t number);
 
+  void followPackets(GstPad* pad);
+
+  PacketFeedback packet_feedback_;
   PeerConnection peer_;
   std::vector<Stream> video_;  // a layer each, the largest first
   Stream sound_;
