@@ -38,13 +38,22 @@ void LocalStream::setSession(RoomSession* session, bool loopback_only) {
   update();
 }
 
+void LocalStream::updateAfter(std::chrono::milliseconds pause) {
+  retry_ = room_.engine.thread.after(pause, [this] {
+    retry_.reset();
+    update();
+  });
+}
+
 void LocalStream::update() {
-  if (session_ == nullptr || (published_ == 0 && publisher_ == nullptr)) return;
+  if (retry_ != nullptr || session_ == nullptr || (published_ == 0 && publisher_ == nullptr)) return;
   // Once there, the connection stays: publishing again takes no negotiation.
   const bool is_new = publisher_ == nullptr;
-  if (is_new)
-    publisher_ = std::make_unique<Publisher>(room_.engine, *session_, stream_index_, media_.layers().size(),
-                                             loopback_only_, *this);
+  const size_t layers = media_.layers().size();
+  if (is_new) {
+    publisher_ = std::make_unique<Publisher>(room_.engine, *session_, stream_index_, layers, loopback_only_, *this);
+  }
+  if ((published_ & kMediaStreamVideo) != 0 && publisher_->layers() != layers) return reopen();
   if ((published_ & kMediaStreamVideo) != 0) {
     video_ = media_.borrowVideo(*this);
     publisher_->setVideo(video_);
@@ -118,7 +127,7 @@ void LocalStream::onPeerConnected() {
 void LocalStream::onPeerFailed(const std::string& reason) {
   room_.engine.log.error("room %s: publishing failed: %s", room_.room_id.c_str(), reason.c_str());
   close();
-  retry_ = room_.engine.thread.after(kRetryPause, [this] { update(); });
+  updateAfter(kRetryPause);
   const Json extra = {{"reason", reason}, {"is_screen", stream_index_ == kStreamIndexScreen}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStatePublishFailed,
                                      jsonText(extra).c_str());
@@ -135,7 +144,7 @@ void LocalStream::onVideoEncoders(const VideoLayers& encoders) {
 // How many layers there are is settled when a connection is offered.
 void LocalStream::reopen() {
   close();
-  retry_ = room_.engine.thread.after(kReopenPause, [this] { update(); });
+  updateAfter(kReopenPause);
 }
 
 void LocalStream::requestStatistics() {

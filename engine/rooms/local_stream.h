@@ -1,6 +1,7 @@
 // One of the local user's streams in one room: what is published, and the connection it goes over.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -37,6 +38,7 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
 
  private:
   void update();
+  void updateAfter(std::chrono::milliseconds pause);
   void close();
   void reopen();
   void followLink();

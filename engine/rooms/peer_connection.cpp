@@ -8,7 +8,6 @@
 #include "core/bus_watch.h"
 #include "core/glib_pointers.h"
 #include "rooms/sdp_text.h"
-#include "rooms/transport.h"
 
 namespace corvane::rtc {
 
@@ -143,10 +142,21 @@ void PeerConnection::onDescriptionMade(const GstStructure* reply, const char* fi
   if (!offering_) sdp = answeringPassively(sdp);
   const Description local = makeDescription(made->type, sdp);
   if (local == nullptr) return fail("a description that was made cannot be read");
+  if (offering_ && layers_.size() > 1) sdp = withLayers(sdp);
   g_signal_emit_by_name(webrtc_, "set-local-description", local.get(), nullptr);
-  if (layers_.size() > 1) sdp = offeringLayers(sdp, layers_);
   if (!offering_) sdp = namingReporter(sdp, transport_.reporter);
   if (link_ != nullptr) link_->sendDescription(sdp);
+}
+
+// GStreamer has paired the first layer's source with one that repeats it, if that is wanted at all.
+std::string PeerConnection::withLayers(const std::string& offer) {
+  transport_.repeating = repeatingSources(offer);
+  if (transport_.repeating.contains(layers_.front())) {
+    for (auto source = layers_.begin() + 1; source != layers_.end(); ++source) {
+      transport_.repeating[*source] = static_cast<uint32_t>(g_random_int_range(1, G_MAXINT32));
+    }
+  }
+  return offeringLayers(offer, layers_, transport_.repeating);
 }
 
 void PeerConnection::onRemoteDescription(const std::string& sdp) {

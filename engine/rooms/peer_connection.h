@@ -58,6 +58,7 @@ class PeerConnection : public PeerLink::Listener {
 
  private:
   void connectSignals();
+  std::string withLayers(const std::string& offer);
   void setUpIce(bool loopback_only);
   void onDescriptionMade(const GstStructure* reply, const char* field);
   void onStateChanged(int state);

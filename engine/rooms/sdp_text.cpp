@@ -1,5 +1,6 @@
 #include "rooms/sdp_text.h"
 
+#include <cstdlib>
 #include <string_view>
 
 namespace corvane::rtc {
@@ -31,24 +32,51 @@ std::string answeringPassively(const std::string& sdp) {
   return passive;
 }
 
-std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources) {
-  const std::string mark = "a=ssrc:" + std::to_string(sources.front()) + ' ';
-  const size_t first = sdp.find(mark);
-  if (first == std::string::npos) return sdp;
-  // The smallest comes first in a group.
-  std::string group = "a=ssrc-group:SIM";
-  for (auto source = sources.rbegin(); source != sources.rend(); ++source) group += ' ' + std::to_string(*source);
-  std::string told = sdp.substr(0, first) + group + "\r\n";
-  for (size_t start = first; start < sdp.size();) {
+RepeatingSources repeatingSources(const std::string& sdp) {
+  constexpr std::string_view kGroup = "a=ssrc-group:FID ";
+  RepeatingSources repeating;
+  for (size_t at = sdp.find(kGroup); at != std::string::npos; at = sdp.find(kGroup, at + 1)) {
+    const char* text = sdp.c_str() + at + kGroup.size();
+    char* rest = nullptr;
+    const auto source = static_cast<uint32_t>(strtoul(text, &rest, 10));
+    repeating[source] = static_cast<uint32_t>(strtoul(rest, nullptr, 10));
+  }
+  return repeating;
+}
+
+std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources,
+                           const RepeatingSources& repeating) {
+  const auto number = [](uint32_t source) { return std::to_string(source); };
+  const std::string first = number(sources.front());
+  const auto repeater = repeating.find(sources.front());
+  const std::string first_pair =
+      repeater != repeating.end() ? "a=ssrc-group:FID " + first + ' ' + number(repeater->second) : "";
+  const std::string mark = "a=ssrc:" + first + ' ';
+  const std::string repeater_mark = repeater != repeating.end() ? "a=ssrc:" + number(repeater->second) + ' ' : mark;
+
+  const size_t named = sdp.find(first_pair.empty() ? mark : first_pair);
+  if (named == std::string::npos) return sdp;
+  // Services take the smallest as the first of a group, and want to know the group before the pairs.
+  std::string told = sdp.substr(0, named) + "a=ssrc-group:SIM";
+  for (auto source = sources.rbegin(); source != sources.rend(); ++source) told += ' ' + number(*source);
+  told += "\r\n";
+  for (auto source = sources.begin() + 1; source != sources.end(); ++source) {
+    const auto pair = repeating.find(*source);
+    if (pair != repeating.end()) told += "a=ssrc-group:FID " + number(*source) + ' ' + number(pair->second) + "\r\n";
+  }
+  for (size_t start = named; start < sdp.size();) {
     const size_t end = sdp.find('\n', start);
     const size_t next = end != std::string::npos ? end + 1 : sdp.size();
     const std::string_view line(sdp.data() + start, next - start);
     told += line;
     start = next;
-    if (!line.starts_with(mark)) continue;
+    const bool is_first = line.starts_with(mark);
+    if (!is_first && !line.starts_with(repeater_mark)) continue;
     for (auto source = sources.begin() + 1; source != sources.end(); ++source) {
-      told += "a=ssrc:" + std::to_string(*source) + ' ';
-      told += line.substr(mark.size());
+      const auto pair = repeating.find(*source);
+      if (!is_first && pair == repeating.end()) continue;
+      told += "a=ssrc:" + number(is_first ? *source : pair->second) + ' ';
+      told += line.substr(line.find(' ') + 1);
     }
   }
   return told;

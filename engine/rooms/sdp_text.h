@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,14 @@ std::string withoutFullIntraRequests(const std::string& sdp);
 /// Lets the other side open the encrypted connection: one that this side opens is, now and then, a second late.
 std::string answeringPassively(const std::string& sdp);
 
+/// By the number of a source, that of the source which sends lost packets of it again.
+using RepeatingSources = std::map<uint32_t, uint32_t>;
+RepeatingSources repeatingSources(const std::string& sdp);
+
 /// Tells that the video of the first of these sources comes from the others as well, each smaller than the one before:
 /// an offer of GStreamer's names one source for a medium.
-std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources);
+std::string offeringLayers(const std::string& sdp, const std::vector<uint32_t>& sources,
+                           const RepeatingSources& repeating);
 
 /// Tells in an answer which source reports on the pictures that are received. From a source that it was not told of,
 /// Janus takes a report for one on what the report happens to speak of first, or on the first medium: requests for key

@@ -2,6 +2,8 @@
 
 #include <gst/rtp/gstrtcpbuffer.h>
 
+#include <memory>
+#include <string>
 #include <string_view>
 
 #include "capture/pipeline.h"
@@ -28,9 +30,9 @@ GstPadProbeReturn setLatency(GstPad* pad, GstPadProbeInfo*, gpointer) {
   return GST_PAD_PROBE_REMOVE;
 }
 
-void onFirstPacket(GstElement* element, const char* pad_name, GstPadProbeCallback callback) {
+void onFirstPacket(GstElement* element, const char* pad_name, GstPadProbeCallback callback, gpointer data = nullptr) {
   const GstPtr<GstPad> pad(gst_element_get_static_pad(element, pad_name));
-  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, callback, nullptr, nullptr);
+  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, callback, data, nullptr);
 }
 
 void setUpJitterBuffer(GstElement* buffer) {
@@ -89,11 +91,28 @@ void setUpSession(GstElement* element, const TransportSetup& setup) {
   g_object_unref(session);
 }
 
+GstPadProbeReturn setRepeating(GstPad* pad, GstPadProbeInfo*, gpointer setup) {
+  const std::unique_ptr<GstStructure, void (*)(GstStructure*)> map(
+      gst_structure_new_empty("application/x-rtp-ssrc-map"), gst_structure_free);
+  for (const auto& [source, repeater] : static_cast<const TransportSetup*>(setup)->repeating) {
+    gst_structure_set(map.get(), std::to_string(source).c_str(), G_TYPE_UINT, repeater, nullptr);
+  }
+  const GstPtr<GstElement> element(gst_pad_get_parent_element(pad));
+  if (element != nullptr) g_object_set(element.get(), "ssrc-map", map.get(), nullptr);
+  return GST_PAD_PROBE_REMOVE;
+}
+
+// webrtcbin sets it up for what it knows of, up to the moment when it lets packets in.
+void setUpRepeater(GstElement* element, const TransportSetup& setup) {
+  if (!setup.repeating.empty()) onFirstPacket(element, "sink", setRepeating, const_cast<TransportSetup*>(&setup));
+}
+
 void onElementAdded(GstBin*, GstBin*, GstElement* element, gpointer setup) {
   const GstElementFactory* factory = gst_element_get_factory(element);
   if (factory == nullptr) return;
   const std::string_view kind = GST_OBJECT_NAME(factory);
   if (kind == "rtpjitterbuffer") setUpJitterBuffer(element);
+  if (kind == "rtprtxsend") setUpRepeater(element, *static_cast<const TransportSetup*>(setup));
   if (kind == "rtpptdemux") setUpDemultiplexer(element);
   if (kind == "rtpsession") setUpSession(element, *static_cast<const TransportSetup*>(setup));
 }

@@ -28,10 +28,14 @@ TEST(Layers, TheSmallestThatIsLargeEnoughIsChosen) {
 TEST(Layers, AnOfferNamesTheirSourcesTheSmallestFirst) {
   const std::string offer =
       "m=video 9\r\na=ssrc-group:FID 7 8\r\na=ssrc:7 cname:me\r\na=ssrc:8 cname:me\r\na=mid:1\r\n";
-  EXPECT_EQ(offeringLayers(offer, {7, 21, 22}),
-            "m=video 9\r\na=ssrc-group:FID 7 8\r\na=ssrc-group:SIM 22 21 7\r\na=ssrc:7 cname:me\r\n"
-            "a=ssrc:21 cname:me\r\na=ssrc:22 cname:me\r\na=ssrc:8 cname:me\r\na=mid:1\r\n");
-  EXPECT_EQ(offeringLayers(offer, {9, 21}), offer);
+  EXPECT_EQ(repeatingSources(offer), (RepeatingSources{{7, 8}}));
+  EXPECT_EQ(offeringLayers(offer, {7, 21, 22}, {{7, 8}, {21, 31}, {22, 32}}),
+            "m=video 9\r\na=ssrc-group:SIM 22 21 7\r\na=ssrc-group:FID 21 31\r\na=ssrc-group:FID 22 32\r\n"
+            "a=ssrc-group:FID 7 8\r\na=ssrc:7 cname:me\r\na=ssrc:21 cname:me\r\na=ssrc:22 cname:me\r\n"
+            "a=ssrc:8 cname:me\r\na=ssrc:31 cname:me\r\na=ssrc:32 cname:me\r\na=mid:1\r\n");
+  EXPECT_EQ(offeringLayers("a=ssrc:7 cname:me\r\n", {7, 21}, {}),
+            "a=ssrc-group:SIM 21 7\r\na=ssrc:7 cname:me\r\na=ssrc:21 cname:me\r\n");
+  EXPECT_EQ(offeringLayers(offer, {9, 21}, {}), offer);
 }
 
 TEST(Layers, MembersTellOfTheirSizes) {
