@@ -8,8 +8,6 @@ namespace corvane::rtc {
 namespace {
 
 constexpr std::chrono::milliseconds kRetryPause(1000);
-// The service has to have ended the connection before.
-constexpr std::chrono::milliseconds kReopenPause(250);
 constexpr std::chrono::milliseconds kFeedbackInterval(500);
 constexpr int32_t kLowestBitrate = 80;  // kbit/s, unless the application allows less
 
@@ -144,7 +142,7 @@ void LocalStream::onVideoEncoders(const VideoLayers& encoders) {
 // How many layers there are is settled when a connection is offered.
 void LocalStream::reopen() {
   close();
-  updateAfter(kReopenPause);
+  updateAfter(std::chrono::milliseconds(0));  // not from inside the call of whoever lends the encoders
 }
 
 void LocalStream::requestStatistics() {

@@ -26,6 +26,8 @@ constexpr size_t kMaxStreams = 32;
 // A room can be created by another and end again in between, but not every time.
 constexpr int kMaxAttempts = 10;
 constexpr std::chrono::seconds kJoinPatience(5);
+// A connection that has not come about ends without a word.
+constexpr std::chrono::seconds kHangUpPatience(2);
 
 }  // namespace
 
@@ -35,25 +37,45 @@ class JanusRoom::Publisher final : public PeerLink {
   Publisher(JanusRoom& room, PeerLink::Listener& listener) : listener_(listener), room_(room) {}
   ~Publisher() override {
     room_.publisher_ = nullptr;
-    if (!room_.over_) room_.handle_->send({{"request", "unpublish"}});
+    if (room_.over_) return;
+    room_.handle_->send({{"request", "unpublish"}});
+    if (offered_) room_.awaitHangUp();
   }
 
   void sendDescription(const std::string& sdp) override {
-    room_.handle_->send({{"request", "publish"}}, "offer", sdp,
-                        [this, alive = std::weak_ptr<void>(alive_)](const Json& data, const std::string& answer) {
-                          if (alive.expired()) return;
-                          if (answer.empty()) return listener_.onLinkFailed(textOf(data, "error"));
-                          listener_.onRemoteDescription(answer);
-                        });
+    whenFree([this, sdp] {
+      offered_ = true;
+      room_.handle_->send({{"request", "publish"}}, "offer", sdp,
+                          [this, alive = std::weak_ptr<void>(alive_)](const Json& data, const std::string& answer) {
+                            if (alive.expired()) return;
+                            if (answer.empty()) return listener_.onLinkFailed(textOf(data, "error"));
+                            listener_.onRemoteDescription(answer);
+                          });
+    });
   }
   void sendCandidate(unsigned line, const std::string& candidate) override {
-    room_.handle_->sendCandidate(line, candidate);
+    whenFree([this, line, candidate] { room_.handle_->sendCandidate(line, candidate); });
+  }
+
+  void onFree() {
+    for (const auto& send : std::exchange(waiting_, {})) send();
+  }
+  void onHungUp(const std::string& reason) {
+    offered_ = false;
+    listener_.onLinkFailed(reason);
   }
 
   PeerLink::Listener& listener_;
 
  private:
+  void whenFree(std::function<void()> send) {
+    if (room_.hang_up_patience_ == nullptr) return send();
+    waiting_.push_back(std::move(send));
+  }
+
   JanusRoom& room_;
+  bool offered_ = false;  // and not ended by the server
+  std::vector<std::function<void()>> waiting_;
   const std::shared_ptr<void> alive_ = std::make_shared<char>();
 };
 
@@ -256,7 +278,19 @@ void JanusRoom::onHandleCandidate(unsigned line, const std::string& candidate) {
 
 void JanusRoom::onHandleHungUp(const std::string& reason) {
   if (!joined_ && !over_) return fail({{"error", reason}});
-  if (publisher_ != nullptr) publisher_->listener_.onLinkFailed(reason);
+  if (hang_up_patience_ != nullptr) return onHandleFree();
+  if (publisher_ != nullptr) publisher_->onHungUp(reason);
+}
+
+// The connection before has to end first: the server would take an offer for a change of it, and its end for that of
+// the next one.
+void JanusRoom::awaitHangUp() {
+  hang_up_patience_ = connection_.context().thread.after(kHangUpPatience, [this] { onHandleFree(); });
+}
+
+void JanusRoom::onHandleFree() {
+  hang_up_patience_.reset();
+  if (publisher_ != nullptr) publisher_->onFree();
 }
 
 void JanusRoom::onHandleEnded(const std::string& reason) {

@@ -30,6 +30,8 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   class Publisher;
 
   void attach();
+  void awaitHangUp();
+  void onHandleFree();
   void createRoom();
   void join();
   void onJoinAnswer(const Json& data);
@@ -63,9 +65,10 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   std::vector<Json> early_;  // events between the service's answer and this one's being in the room
   const std::shared_ptr<void> alive_ = std::make_shared<char>();
   AttachedSource patience_;
-  std::set<std::string> members_;   // the others, as the service tells of them
-  Publisher* publisher_ = nullptr;  // of those that openPublisher() made, the one that lives
-  const std::string place_;         // the user in the room: one at a time
+  std::set<std::string> members_;    // the others, as the service tells of them
+  AttachedSource hang_up_patience_;  // while the server has not told of the last publisher's end
+  Publisher* publisher_ = nullptr;   // of those that openPublisher() made, the one that lives
+  const std::string place_;          // the user in the room: one at a time
   std::unique_ptr<JanusHandle> handle_;
 };
 

@@ -73,4 +73,8 @@ test('receivers choose among the layers of a video, and change while it comes', 
   assert.strictEqual(await sender.call('video', 'enableSimulcastMode', false), 0);
   await small.waitFor('onFirstRemoteVideoFrameDecoded', ({ info }) => info.width === 640, from);
   assert.strictEqual((await large.frames('layers', 'sender')).width, 640);
+  const again = small.events.length;
+  assert.strictEqual(await sender.call('video', 'enableSimulcastMode', true), 0);
+  await small.waitFor('onFirstRemoteVideoFrameDecoded', () => true, again);
+  assert.deepStrictEqual(sender.of('onStreamStateChanged', ({ state }) => state !== 0), [], 'publishing went on');
 });
