@@ -28,8 +28,9 @@ Publisher::Publisher(EngineContext& context, RoomSession& session, int32_t strea
   peer_.setLink(*link_);
   // Services ask for those of all layers at once.
   peer_.onKeyFrameAsked([this] {
+    const std::lock_guard lock(encoders_mutex_);
     for (const Stream& layer : video_) {
-      if (VideoEncoder* encoder = layer.encoder.load()) encoder->requestKeyFrame();
+      if (layer.encoder != nullptr) layer.encoder->requestKeyFrame();
     }
   });
   if (peer_.webrtc() == nullptr) return;
@@ -151,11 +152,16 @@ void Publisher::start() {
 void Publisher::setVideo(const std::vector<VideoEncoder*>& encoders) {
   for (size_t at = 0; at < video_.size(); ++at) {
     Stream& layer = video_[at];
-    if (VideoEncoder* previous = layer.encoder.exchange(nullptr)) previous->taps().remove(layer);
-    if (at >= encoders.size() || layer.source == nullptr) continue;
-    layer.encoder.store(encoders[at]);
-    encoders[at]->taps().add(layer);
-    encoders[at]->requestKeyFrame();
+    VideoEncoder* encoder = at < encoders.size() && layer.source != nullptr ? encoders[at] : nullptr;
+    VideoEncoder* previous = nullptr;
+    {
+      const std::lock_guard lock(encoders_mutex_);
+      previous = std::exchange(layer.encoder, encoder);
+    }
+    if (previous != nullptr) previous->taps().remove(layer);
+    if (encoder == nullptr) continue;
+    encoder->taps().add(layer);
+    encoder->requestKeyFrame();
   }
 }
 

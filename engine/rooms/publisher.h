@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "media/sound_encoder.h"
@@ -47,8 +48,8 @@ class Publisher final {
     int64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
 
     GstAppSrc* source = nullptr;
-    uint32_t number = 0;                           // of the packets' source
-    std::atomic<VideoEncoder*> encoder = nullptr;  // of a video's: the connection's threads ask it for key frames
+    uint32_t number = 0;              // of the packets' source
+    VideoEncoder* encoder = nullptr;  // of a video's; under the lock
 
    private:
     std::atomic<int64_t> bytes_ = 0;
@@ -64,6 +65,7 @@ class Publisher final {
   void followPackets(GstPad* pad);
 
   PacketFeedback packet_feedback_;
+  std::mutex encoders_mutex_;  // the connection's threads ask encoders for key frames, which may be about to go
   PeerConnection peer_;
   std::vector<Stream> video_;  // a layer each, the largest first
   Stream sound_;
