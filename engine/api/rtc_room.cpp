@@ -32,6 +32,10 @@ const char* orEmpty(const char* text) {
   return text != nullptr ? text : "";
 }
 
+bool isBinaryMessage(int32_t size, const uint8_t* message) {
+  return message != nullptr && size >= 0 && static_cast<size_t>(size) <= kMaxMessage;
+}
+
 bool isMessageConfig(int32_t config) {
   return config >= kMessageConfigReliableOrdered && config <= kMessageConfigUnreliableUnordered;
 }
@@ -228,7 +232,6 @@ int32_t RtcRoom::setAudioSelectionConfig(int32_t audio_selection_priority) {
 // Messages.
 
 int64_t RtcRoom::send(const char* to, std::string body, bool is_binary) {
-  if (body.size() > kMaxMessage) return kInvalidParameter;
   OutgoingMessage message = {last_message_ + 1, to, std::move(body), is_binary};
   const int32_t result = postInRoom([message = std::move(message)](Room& room) { room.send(message); });
   return result == kSuccess ? ++last_message_ : result;
@@ -242,7 +245,7 @@ int64_t RtcRoom::sendUserMessage(const char* uid, const char* message, int32_t c
 }
 
 int64_t RtcRoom::sendUserBinaryMessage(const char* uid, int32_t length, const uint8_t* message, int32_t config) {
-  if (!isRoomOrUserId(uid) || message == nullptr || length < 0 || !isMessageConfig(config)) return kInvalidParameter;
+  if (!isRoomOrUserId(uid) || !isBinaryMessage(length, message) || !isMessageConfig(config)) return kInvalidParameter;
   return send(uid, std::string(reinterpret_cast<const char*>(message), static_cast<size_t>(length)), true);
 }
 
@@ -252,7 +255,7 @@ int64_t RtcRoom::sendRoomMessage(const char* message) {
 }
 
 int64_t RtcRoom::sendRoomBinaryMessage(int32_t size, const uint8_t* message) {
-  if (message == nullptr || size < 0) return kInvalidParameter;
+  if (!isBinaryMessage(size, message)) return kInvalidParameter;
   return send("", std::string(reinterpret_cast<const char*>(message), static_cast<size_t>(size)), true);
 }
 
