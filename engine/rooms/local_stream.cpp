@@ -1,5 +1,7 @@
 #include "rooms/local_stream.h"
 
+#include <utility>
+
 #include "core/json.h"
 #include "rooms/room_report.h"
 
@@ -7,7 +9,6 @@ namespace corvane::rtc {
 
 namespace {
 
-constexpr std::chrono::milliseconds kRetryPause(1000);
 constexpr std::chrono::milliseconds kFeedbackInterval(500);
 constexpr int32_t kLowestBitrate = 80;  // kbit/s, unless the application allows less
 
@@ -25,7 +26,7 @@ LocalStream::~LocalStream() {
 }
 
 void LocalStream::setPublished(int32_t media) {
-  published_ = media;
+  if (std::exchange(published_, media) != media) forgetFailures();
   update();
 }
 
@@ -33,7 +34,15 @@ void LocalStream::setSession(RoomSession* session, bool loopback_only) {
   close();
   session_ = session;
   loopback_only_ = loopback_only;
+  forgetFailures();
   update();
+}
+
+// What has changed may be what was missing.
+void LocalStream::forgetFailures() {
+  retry_.reset();
+  retry_pause_.reset();
+  failure_.clear();
 }
 
 void LocalStream::updateAfter(std::chrono::milliseconds pause) {
@@ -115,6 +124,7 @@ void LocalStream::close() {
 
 void LocalStream::onPeerConnected() {
   connected_ = true;
+  failure_.clear();
   sent_video_.onConnected(publisher_->videoBytes());
   sent_sound_.onConnected(publisher_->soundBytes());
   const Json extra = {{"published", published_}, {"is_screen", stream_index_ == kStreamIndexScreen}};
@@ -123,9 +133,10 @@ void LocalStream::onPeerConnected() {
 }
 
 void LocalStream::onPeerFailed(const std::string& reason) {
-  room_.engine.log.error("room %s: publishing failed: %s", room_.room_id.c_str(), reason.c_str());
   close();
-  updateAfter(kRetryPause);
+  updateAfter(retry_pause_.next());
+  if (std::exchange(failure_, reason) == reason) return;
+  room_.engine.log.error("room %s: publishing failed: %s", room_.room_id.c_str(), reason.c_str());
   const Json extra = {{"reason", reason}, {"is_screen", stream_index_ == kStreamIndexScreen}};
   room_.events->onStreamStateChanged(room_.room_id.c_str(), room_.user_id.c_str(), kStreamStatePublishFailed,
                                      jsonText(extra).c_str());

@@ -9,6 +9,7 @@
 #include "rooms/bitrate_control.h"
 #include "rooms/connection_stats.h"
 #include "rooms/publisher.h"
+#include "rooms/retry_pause.h"
 #include "rooms/room_context.h"
 #include "rooms/sent_flow.h"
 
@@ -42,6 +43,7 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   void close();
   void reopen();
   void followLink();
+  void forgetFailures();
 
   void onPeerConnected() override;
   void onPeerFailed(const std::string& reason) override;
@@ -74,6 +76,8 @@ class LocalStream final : public PeerConnection::Listener, public LocalMedia::Us
   AttachedSource feedback_;
   Counters taken_;
   AttachedSource retry_;
+  RetryPause retry_pause_ = RetryPause(std::chrono::milliseconds(1000));
+  std::string failure_;  // as told, since the stream stood last
 };
 
 }  // namespace corvane::rtc

@@ -11,7 +11,6 @@ namespace corvane::rtc {
 
 namespace {
 
-constexpr std::chrono::milliseconds kRetryPause(500);
 constexpr std::chrono::milliseconds kFrozen(1000);
 
 }  // namespace
@@ -29,6 +28,21 @@ RemoteStream::RemoteStream(RoomContext& room, std::string uid, int32_t stream_in
 
 RemoteStream::~RemoteStream() {
   feed_.reset();
+}
+
+void RemoteStream::setStreams(std::vector<FeedStream> streams) {
+  if (streams != streams_) forgetFailures();
+  streams_ = std::move(streams);
+}
+
+void RemoteStream::setWanted(int32_t media) {
+  if (std::exchange(wanted_, media) != media) forgetFailures();
+}
+
+// What has changed may be what was missing.
+void RemoteStream::forgetFailures() {
+  retry_.reset();
+  retry_pause_.reset();
 }
 
 int32_t RemoteStream::available() const {
@@ -55,6 +69,7 @@ void RemoteStream::update(RoomSession* session, bool loopback_only) {
   session_ = session;
   loopback_only_ = loopback_only;
   const int32_t media = session_ != nullptr ? wanted_ & available() : 0;
+  if (media != 0 && retry_ != nullptr) return;
   follow(media & ~paused_);
   if (feed_ != nullptr && (media == 0 || feed_->streams() != streams_)) closeFeed();
   if (media == 0) return retry_.reset();
@@ -64,7 +79,6 @@ void RemoteStream::update(RoomSession* session, bool loopback_only) {
 }
 
 void RemoteStream::openFeed() {
-  retry_.reset();
   opening_ = std::make_shared<char>();
   seen_size_ = {};
   picture_awaited_ = showing_awaited_ = sound_awaited_ = true;
@@ -166,7 +180,10 @@ void RemoteStream::onPeerFailed(const std::string& reason) {
   video_.end(kRemoteVideoStateReasonInternal);
   sound_flow_.end(kRemoteVideoStateReasonInternal);
   closeFeed();
-  retry_ = room_.engine.thread.after(kRetryPause, [this] { update(session_, loopback_only_); });
+  retry_ = room_.engine.thread.after(retry_pause_.next(), [this] {
+    retry_.reset();
+    update(session_, loopback_only_);
+  });
   reportSubscribed(kSubscribeStateFailed);
 }
 

@@ -14,6 +14,7 @@
 #include "rooms/layer_choice.h"
 #include "rooms/remote_feed.h"
 #include "rooms/remote_flow.h"
+#include "rooms/retry_pause.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {
@@ -35,12 +36,12 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   int32_t published() const { return published_; }
   void setMetaData(const std::string& text);
   /// What the service has.
-  void setStreams(std::vector<FeedStream> streams) { streams_ = std::move(streams); }
+  void setStreams(std::vector<FeedStream> streams);
   /// The sizes of its video's layers, as the user tells of them; none where there is one layer.
   void setLayers(std::vector<LayerSize> layers) { layers_ = std::move(layers); }
   /// The largest picture wanted.
   void setConfig(const RemoteVideoConfig& config);
-  void setWanted(int32_t media) { wanted_ = media; }
+  void setWanted(int32_t media);
   int32_t wanted() const { return wanted_; }
   /// Media that do not arrive although they are wanted.
   void setPaused(int32_t media) { paused_ = media; }
@@ -77,6 +78,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   void chooseLayer();
   void openFeed();
   void closeFeed();
+  void forgetFailures();
   void follow(int32_t media);
   void reportSubscribed(SubscribeState state);
   void onSize(Size size);
@@ -117,6 +119,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   std::chrono::steady_clock::time_point last_picture_;
   std::shared_ptr<void> opening_;  // what the feed's thread posts is for this opening only
   AttachedSource retry_;
+  RetryPause retry_pause_ = RetryPause(std::chrono::milliseconds(500));
   // The feed's own thread's:
   Size seen_size_;
   int32_t seen_rate_ = 0;

@@ -10,7 +10,6 @@ namespace {
 // From sending to giving up; a user who has just joined needs a moment to be reachable.
 constexpr std::chrono::seconds kTimeout(8);
 constexpr std::chrono::milliseconds kExpiryCheck(500);
-constexpr std::chrono::milliseconds kRetryPause(1000);
 // From the connection to the service's welcome over it. A channel's first packet is sent again after three seconds.
 constexpr std::chrono::seconds kOpenPatience(5);
 // More members than a room can have.
@@ -34,6 +33,7 @@ void RoomMessages::setSession(RoomSession* session, bool loopback_only) {
   close();
   session_ = session;
   loopback_only_ = loopback_only;
+  retry_pause_.reset();
   // In a moment: pictures are waited for, and what the service tells of the others at once comes first.
   if (session_ != nullptr) retry_ = room_.engine.thread.after(std::chrono::milliseconds(0), [this] { open(); });
 }
@@ -114,7 +114,7 @@ void RoomMessages::onPeerConnected() {
 void RoomMessages::onPeerFailed(const std::string& reason) {
   room_.engine.log.warning("room %s: messages: %s", room_.room_id.c_str(), reason.c_str());
   close();
-  retry_ = room_.engine.thread.after(kRetryPause, [this] {
+  retry_ = room_.engine.thread.after(retry_pause_.next(), [this] {
     if (session_ != nullptr) open();
   });
 }

@@ -12,6 +12,7 @@
 
 #include "rooms/data_connection.h"
 #include "rooms/message_text.h"
+#include "rooms/retry_pause.h"
 #include "rooms/room_context.h"
 
 namespace corvane::rtc {
@@ -83,6 +84,7 @@ class RoomMessages final : public MessageLink::Listener, public PeerConnection::
   MessageReader reader_;
   AttachedSource expiry_;
   AttachedSource retry_;
+  RetryPause retry_pause_ = RetryPause(std::chrono::milliseconds(1000));
   std::unique_ptr<DataConnection> connection_;
   std::unique_ptr<MessageLink> link_;
 };

@@ -138,6 +138,10 @@ test('a room with a word to it is joined with that word, and can be ended from o
   await guest.call('old', 'publishStream', 3);
   const failed = await guest.waitFor('onStreamStateChanged', ({ room_id, state }) => room_id === 'old' && state === -1);
   assert.match(JSON.parse(failed.extra_info).reason, /takes no video of the codec/);
+  // What is asked for anew is tried, and answered, anew.
+  const again = guest.events.length;
+  await guest.call('old', 'unpublishStream', 1);
+  await guest.waitFor('onStreamStateChanged', ({ room_id, state }) => room_id === 'old' && state === -1, again);
   await guest.call('old', 'leaveRoom');
 
   assert.strictEqual(administrate(workplace, { request: 'destroy', room: 'locked' }).videoroom, 'destroyed');
