@@ -150,6 +150,7 @@ void RemoteStream::closeFeed() {
   shown_ = 0;
   opening_.reset();  // read by the feed's thread until it has ended
   reported_size_ = {};
+  connected_ = false;
   rendered_told_ = sound_told_ = false;
   checked_pictures_ = 0;
   connection_ = {};
@@ -170,7 +171,13 @@ void RemoteStream::reportSubscribed(SubscribeState state) {
   room_.events->onStreamSubscribed(state, uid_.c_str(), info);
 }
 
+void RemoteStream::answerSubscription(bool for_more) {
+  const bool is_over = !for_more && (wanted_ & available()) == 0;
+  if (connected_ || is_over) reportSubscribed(kSubscribeStateSuccess);
+}
+
 void RemoteStream::onPeerConnected() {
+  connected_ = true;
   reportSubscribed(kSubscribeStateSuccess);
 }
 

@@ -50,6 +50,9 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
 
   /// Opens, changes or closes the feed as all of the above now wants it.
   void update(RoomSession* session, bool loopback_only);
+  /// After update(), for who has asked for more of the stream, or for less. What is just being opened, or is not
+  /// there yet, is reported once it stands.
+  void answerSubscription(bool for_more);
   /// The connection to the service is gone, where the stream may still be, or its user is.
   void suspend(RemoteFlow::Reason reason);
 
@@ -113,6 +116,7 @@ class RemoteStream final : public PeerConnection::Listener, public RemoteFeed::R
   RemoteFlow video_;
   RemoteFlow sound_flow_;
   Size reported_size_;
+  bool connected_ = false;
   bool rendered_told_ = false;
   bool sound_told_ = false;
   int64_t checked_pictures_ = 0;

@@ -311,26 +311,27 @@ void Room::unpublish(int32_t stream_index, int32_t media) {
   setPublished(stream_index, published(stream_index) & ~media);
 }
 
-void Room::subscribeAs(Entry& entry, int32_t stream_index, int32_t media) {
-  entry.user->stream(stream_index).setWanted(media);
-  refresh(entry);
-}
-
 void Room::subscribe(const std::string& user, int32_t stream_index, int32_t media) {
-  const auto found = users_.find(user);
-  if (found != users_.end()) {
-    return subscribeAs(found->second, stream_index, found->second.user->stream(stream_index).wanted() | media);
-  }
-  SubscribeConfig info = {};
-  info.is_screen = stream_index == kStreamIndexScreen;
-  context_.events->onStreamSubscribed(state_ == State::kOut ? kSubscribeStateNotInRoom : kSubscribeStateStreamNotFound,
-                                      user.c_str(), info);
+  changeSubscription(user, stream_index, media, 0);
 }
 
 void Room::unsubscribe(const std::string& user, int32_t stream_index, int32_t media) {
+  changeSubscription(user, stream_index, 0, media);
+}
+
+void Room::changeSubscription(const std::string& user, int32_t stream_index, int32_t more, int32_t less) {
   const auto found = users_.find(user);
-  if (found == users_.end()) return;
-  subscribeAs(found->second, stream_index, found->second.user->stream(stream_index).wanted() & ~media);
+  if (found == users_.end()) {
+    SubscribeConfig info = {};
+    info.is_screen = stream_index == kStreamIndexScreen;
+    const bool is_out = state_ == State::kOut;
+    return context_.events->onStreamSubscribed(is_out ? kSubscribeStateNotInRoom : kSubscribeStateStreamNotFound,
+                                               user.c_str(), info);
+  }
+  RemoteStream& stream = found->second.user->stream(stream_index);
+  stream.setWanted((stream.wanted() | more) & ~less);
+  refresh(found->second);
+  stream.answerSubscription(more != 0);
 }
 
 void Room::subscribeAll(int32_t media) {

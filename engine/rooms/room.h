@@ -112,7 +112,7 @@ class Room final : public RoomSession::Listener, public RoomMessages::Listener, 
   void tellPlace();
   int32_t& published(int32_t stream_index) { return stream_index == kStreamIndexScreen ? own_.screen : own_.published; }
   void setPublished(int32_t stream_index, int32_t media);
-  void subscribeAs(Entry& entry, int32_t stream_index, int32_t media);
+  void changeSubscription(const std::string& user, int32_t stream_index, int32_t more, int32_t less);
   void applyRemoteVideo(RemoteUser& user);
   void applyVolume(RemoteUser& user);
   int32_t tryExtraInfo(const std::string& key, const std::string& value);

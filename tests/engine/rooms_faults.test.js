@@ -51,8 +51,10 @@ test('calls in the wrong order and wrong arguments are refused', async () => {
   assert.strictEqual(await user.call('order', 'publishStream', 4), -2);
   assert.strictEqual(await user.call('order', 'subscribeStream', '', 1), -2);
   assert.strictEqual(await user.call('order', 'sendRoomMessage', 'x'.repeat(64 * 1024 + 1)), -2);
-  assert.strictEqual(await user.call('order', 'subscribeStream', 'nobody', 1), 0);
-  assert.strictEqual((await user.waitFor('onStreamSubscribed')).state_code, 2);
+  for (const [method, ofScreen] of [['subscribeStream', false], ['unsubscribeScreen', true]]) {
+    assert.strictEqual(await user.call('order', method, 'nobody', 1), 0);
+    assert.strictEqual((await user.waitFor('onStreamSubscribed', ({ info }) => info.is_screen === ofScreen)).state_code, 2);
+  }
   // Joining again after leaving, and a room of the same id after destroying the first.
   assert.strictEqual(await user.call('order', 'leaveRoom'), 0);
   assert.strictEqual((await user.join('order')).state, 0);

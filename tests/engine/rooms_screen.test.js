@@ -88,6 +88,7 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
   assert.strictEqual(await picky.call('desk', 'unsubscribeScreen', 'sender', 3), 0);
   const stopped = await picky.waitFor('onRemoteVideoStateChanged', ({ key, state }) => ofScreen({ key }) && state === 0);
   assert.strictEqual(stopped.reason, 3, 'by whom it is received');
+  await picky.waitFor('onStreamSubscribed', ({ state_code, info }) => state_code === 0 && info.is_screen && !info.sub_video);
   for (const user of [receiver, picky]) {
     const names = user.of('onUserJoined').map(({ user_info }) => user_info.uid);
     assert.ok(names.every((name) => ['sender', 'receiver', 'picky'].includes(name)), 'a screen is no user');
