@@ -145,8 +145,12 @@ void Room::onJoined() {
     stream.setPublished(published(index));
     stream.setSession(session_.get(), loopback);
   }
-  if (!was_in_) joined_at_ = std::chrono::steady_clock::now();
-  report_.start();
+  if (was_in_) {
+    report_.resume();
+  } else {
+    joined_at_ = std::chrono::steady_clock::now();
+    report_.start();
+  }
   reportState(kRoomStateJoined, "");
   was_in_ = true;
   tellState();

@@ -59,7 +59,11 @@ void RoomReport::start() {
   sent_bytes_ = 0;
   received_bytes_ = 0;
   started_ = std::chrono::steady_clock::now();
-  told_ = started_;
+  resume();
+}
+
+void RoomReport::resume() {
+  told_ = std::chrono::steady_clock::now();
   processors_.measure();
   timer_ = room_.engine.thread.after(kInterval - kAnswerTime, [this] { ask(); });
 }

@@ -35,6 +35,8 @@ class RoomReport {
 
   void start();
   void stop();
+  /// After stop(): the same stay goes on.
+  void resume();
   /// Since start().
   RoomStats total() const;
 

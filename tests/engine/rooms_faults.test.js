@@ -71,6 +71,7 @@ test('the service comes back with its rooms, pictures and messages when it was k
   await sender.call('phoenix', 'publishStream', 2);
   assert.strictEqual((await receiver.frames('phoenix', 'sender')).frames, 10);
 
+  const { rx_bytes } = await receiver.waitFor('onRoomStats', (stats) => stats.rx_bytes > 0);
   const from = receiver.events.length;
   process.kill(servicePid(), 'SIGKILL');
   await receiver.waitFor('onRoomStateChanged', ({ state }) => state === -7, from);
@@ -81,6 +82,8 @@ test('the service comes back with its rooms, pictures and messages when it was k
   assert.strictEqual((await receiver.waitFor('onUserMessageReceived')).message, 'still there');
   const since = receiver.events.slice(from).map((event) => event.Type);
   assert.ok(!since.includes('onUserLeave') && !since.includes('onUserJoined'), 'who comes back has not left');
+  await receiver.call('phoenix', 'leaveRoom');
+  assert.ok((await receiver.waitFor('onLeaveRoom')).rx_bytes >= rx_bytes, 'it was one stay');
 });
 
 test('the service outlives who started it, and ends with the last', async () => {
