@@ -42,6 +42,7 @@ const VideoLayers& LocalMedia::borrowVideo(User& user) {
 void LocalMedia::makeVideo() {
   lent_.clear();
   video_.clear();
+  returns_.assign(layers_.size(), {});
   for (const VideoEncoding& layer : layers_) {
     video_.push_back(std::make_unique<VideoEncoder>(context_, layer, *this));
     lent_.push_back(video_.back().get());
@@ -69,9 +70,14 @@ void LocalMedia::applyLimits() {
   int32_t narrowest = INT32_MAX;
   for (const auto& [user, kbit] : limits_) narrowest = std::min(narrowest, kbit);
   shares_.clear();
-  for (const VideoEncoder* layer : lent_) shares_.push_back({layer->fullBitrate(), layer->paused()});
+  const LayerReturn::Clock::time_point now = LayerReturn::Clock::now();
+  for (size_t at = 0; at < lent_.size(); ++at) {
+    shares_.push_back({lent_[at]->fullBitrate(), lent_[at]->paused(), 0, returns_[at].allowed(now)});
+  }
   shareBitrate(narrowest, shares_);
   for (size_t at = 0; at < lent_.size(); ++at) {
+    if (shares_[at].paused && !lent_[at]->paused()) returns_[at].onPaused(now);
+    if (!shares_[at].paused && lent_[at]->paused()) returns_[at].onReturned(now);
     lent_[at]->setPaused(shares_[at].paused);
     if (!shares_[at].paused) lent_[at]->limitBitrate(shares_[at].limit);
   }

@@ -76,6 +76,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   std::vector<std::unique_ptr<VideoEncoder>> video_;
   VideoLayers lent_;                  // the same
   std::vector<BitrateShare> shares_;  // kept for its room
+  std::vector<LayerReturn> returns_;  // of lent_
   std::unique_ptr<SoundEncoder> sound_;
   bool video_told_ = false;
   bool sound_told_ = false;

@@ -64,6 +64,28 @@ TEST(Layers, LargerOnesPauseOnANarrowLink) {
   EXPECT_EQ(shared(1099), (Limits{0, 999, 1099})) << "it comes back at more than it paused at";
   EXPECT_EQ(shared(1100), (Limits{600, 1000, 1100}));
   EXPECT_EQ(shared(50), (Limits{0, 0, 50})) << "the smallest never pauses";
+  layers[0].may_return = false;
+  EXPECT_EQ(shared(1100), (Limits{0, 1000, 1100}));
+}
+
+TEST(Layers, ReturnsThatDoNotLastPutOffTheNext) {
+  using std::chrono::seconds;
+  LayerReturn layer;
+  auto now = LayerReturn::Clock::now();
+  const auto waits = [&] {
+    layer.onPaused(now);
+    seconds waited{0};
+    for (; !layer.allowed(now); now += seconds(1)) ++waited;
+    layer.onReturned(now);
+    return waited.count();
+  };
+  EXPECT_TRUE(layer.allowed(now));
+  for (const int expected : {10, 20, 40, 80, 160, 320, 320}) {
+    EXPECT_EQ(waits(), expected);
+    now += seconds(20);
+  }
+  now += seconds(20);
+  EXPECT_EQ(waits(), 10) << "the last one lasted";
 }
 
 }  // namespace
