@@ -83,6 +83,7 @@ JanusRoom::JanusRoom(JanusConnection& connection, const JoinRequest& request, Ro
     : connection_(connection),
       request_(request),
       listener_(listener),
+      state_(request.state),
       place_(jsonText(Json::array({request.room_id, request.member_id}))) {
   attach();
 }
@@ -110,7 +111,8 @@ void JanusRoom::join() {
                {"ptype", "publisher"},
                {"room", request_.room_id},
                {"id", request_.member_id},
-               {"display", request_.state}};
+               {"display", state_}};
+  told_ = state_;
   if (!request_.token.empty()) {
     // A room that was set up on the server has a list of tokens, a common word, or neither.
     body["token"] = request_.token;
@@ -184,6 +186,7 @@ void JanusRoom::fail(const Json& data) {
 void JanusRoom::onJoined(const Json& data) {
   joined_ = true;
   patience_.reset();
+  tellState();
   const std::weak_ptr<void> alive = alive_;
   listener_.onJoined();
   for (const char* list : {"attendees", "publishers"}) {
@@ -303,7 +306,14 @@ void JanusRoom::onHandleLost() {
 
 void JanusRoom::setState(const std::string& state) {
   state_ = state;
-  handle_->send({{"request", "configure"}, {"display", state}});
+  tellState();
+}
+
+// Nobody can be told of a member that has not joined yet.
+void JanusRoom::tellState() {
+  if (!joined_ || told_ == state_) return;
+  told_ = state_;
+  handle_->send({{"request", "configure"}, {"display", told_}});
 }
 
 std::unique_ptr<PeerLink> JanusRoom::openPublisher(int32_t stream_index, PeerLink::Listener& listener) {

@@ -37,6 +37,7 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   void onJoinAnswer(const Json& data);
   void keepOpen(const std::string& description, const Json& joined);
   void onJoined(const Json& data);
+  void tellState();
   void onMember(const Json& member);
   void onLeft(const std::string& id, bool put_out);
   void onModerated(const std::string& id, const std::string& mid, bool banned);
@@ -54,7 +55,8 @@ class JanusRoom final : public RoomSession, public JanusHandle::Listener {
   JanusConnection& connection_;
   const JoinRequest request_;
   RoomSession::Listener& listener_;
-  std::string state_;  // as it was set last since joining
+  std::string state_;  // as it was set last
+  std::string told_;   // as the service has been told
   bool joined_ = false;
   bool over_ = false;
   int attempts_ = 0;

@@ -108,8 +108,9 @@ test("a user's camera and screen arrive side by side, each on its own", async ()
 test('the screen of a late joiner\'s neighbour is there, and goes when its user is killed', async () => {
   const [sender, late] = ['host', 'late'].map((name) => participant(name));
   await share(sender, { x: 1, y: 1, width: 64, height: 48 });
-  await sender.join('lobby');
-  await sender.call('lobby', 'publishScreen', 3);
+  await sender.call('actions', 'room', 'lobby');
+  await sender.waitFor('onConnectionStateChanged', ({ state }) => state === 2);
+  await sender.join('lobby', { meanwhile: ['publishScreen', 3] });
   await sender.waitFor('onStreamStateChanged', ({ extra_info }) => JSON.parse(extra_info).is_screen);
   await late.join('lobby');
   const got = await late.frames('lobby', 'host', 3, 1);

@@ -80,14 +80,15 @@ class Participant {
     });
   }
 
-  /** Makes the room if need be, joins it and waits until that is done. */
-  async join(room, { token = '', subscribe = true, uid = this.name, extra_info = `extra of ${this.name}` } = {}) {
+  /** Makes the room if need be, joins it, calls `meanwhile` of it, if given, and waits until it is joined. */
+  async join(room, { token = '', subscribe = true, uid = this.name, extra_info = `extra of ${this.name}`, meanwhile } = {}) {
     await this.call('actions', 'room', room);
     const from = this.events.length;
     const result = await this.call(room, 'joinRoom', token, { uid, extra_info }, {
       ...kRoom, is_auto_subscribe_audio: subscribe, is_auto_subscribe_video: subscribe,
     });
     if (result !== 0) return { result };
+    if (meanwhile !== undefined) await this.call(room, ...meanwhile);
     return this.waitFor('onRoomStateChanged', ({ room_id }) => room_id === room, from);
   }
 
