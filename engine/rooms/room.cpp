@@ -472,15 +472,16 @@ int32_t Room::tryExtraInfo(const std::string& key, const std::string& value) {
 }
 
 void Room::takeRoomInfo(const MemberState& state) {
+  bool kept_by_another = false;
   for (const auto& [key, info] : state.room_info) {
     const auto known = room_info_.find(key);
     if (known == room_info_.end() && room_info_.size() >= kMaxRoomInfo) continue;
     if (known != room_info_.end() && known->second.time_ms >= info.time_ms) continue;
     room_info_[key] = info;
-    own_.room_info.erase(key);  // another keeps the newer one
+    kept_by_another |= own_.room_info.erase(key) > 0;
     context_.events->onRoomExtraInfoUpdate(key.c_str(), info.value.c_str(), info.user.c_str(), info.time_ms);
   }
-  tellState();
+  if (kept_by_another) tellState();
 }
 
 void Room::adoptRoomInfo(const MemberState& left) {
