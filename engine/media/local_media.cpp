@@ -30,7 +30,11 @@ LocalMedia::~LocalMedia() {
 }
 
 const VideoLayers& LocalMedia::borrowVideo(User& user) {
-  if (*VideoEncoder::codec() == '\0') return lent_;
+  if (*VideoEncoder::codec() == '\0') {
+    // Sound may go all the same: it is for the application to know, not for the users to fail.
+    if (!std::exchange(video_told_, true)) tellEncoderFailed(VideoEncoder::kNoneInstalled);
+    return lent_;
+  }
   if (lent_.empty()) {
     makeVideo();
     video_told_ = false;
@@ -147,11 +151,15 @@ void LocalMedia::setSoundEncoding(const SoundEncoding& encoding) {
   if (sound_ != nullptr) sound_->set(encoding);
 }
 
-void LocalMedia::onEncoderFailed(const std::string& reason) {
+void LocalMedia::tellEncoderFailed(const std::string& reason) {
   context_.log.error("pictures of the %s cannot be encoded: %s",
                      stream_index_ == kStreamIndexScreen ? "screen" : "camera", reason.c_str());
   context_.events->onLocalVideoStateChanged(stream_index_, kLocalVideoStreamStateFailed,
                                             kLocalVideoStreamErrorEncodeFailure);
+}
+
+void LocalMedia::onEncoderFailed(const std::string& reason) {
+  tellEncoderFailed(reason);
   // Each gives back what it borrowed.
   const Users users = video_users_;
   for (User* user : users) user->onEncodingFailed(reason);

@@ -59,6 +59,7 @@ class LocalMedia final : public VideoEncoder::Listener, public SoundEncoder::Lis
   void setSoundEncoding(const SoundEncoding& encoding);
 
  private:
+  void tellEncoderFailed(const std::string& reason);
   void makeVideo();
   void update();
   void applyLimits();

@@ -107,7 +107,7 @@ VideoEncoder::~VideoEncoder() {
 
 void VideoEncoder::build() {
   const Kind* kind = installedKind();
-  if (kind == nullptr) return fail("no encoder is installed: GStreamer's x264enc, openh264enc or vp8enc");
+  if (kind == nullptr) return fail(kNoneInstalled);
   GstElement* source = pipeline_.add("appsrc", "pictures");
   GstElement* scale = pipeline_.add("videoconvertscale", "scale");
   GstElement* raw = pipeline_.add("capsfilter", "raw");

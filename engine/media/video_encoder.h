@@ -71,6 +71,7 @@ class VideoEncoder final : public PictureTap {
 
   /// "h264" or "vp8": what this machine encodes; "" when nothing that does is installed.
   static const char* codec();
+  static constexpr char kNoneInstalled[] = "no encoder is installed: GStreamer's x264enc, openh264enc or vp8enc";
 
  private:
   void build();
