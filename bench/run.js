@@ -28,7 +28,7 @@ const quantity = (value, unit) => (value === null ? '' : `${number(value)} ${uni
 
 function print(row) {
   const met = row.ratio === null || row.goal === null ? '' : meets(row) ? 'reached' : 'MISSED';
-  const goal = row.goal === null ? '' : `${row.goal.kind === 'least' ? '>=' : '<='} ${row.goal.ratio}`;
+  const goal = row.goal === null ? '' : `${row.goal.kind === 'least' ? '>=' : '<='} ${Number(row.goal.ratio.toPrecision(3))}`;
   console.log(
     row.name.padEnd(52), quantity(row.value, row.unit).padStart(16), quantity(row.limit, row.unit).padStart(16),
     number(row.ratio).padStart(8), goal.padStart(8), met.padStart(8));
