@@ -54,39 +54,42 @@ class NarrowLink {
   double queue_ms_ = 0;
 };
 
+struct Range {
+  int32_t least = kHighest;
+  int32_t most = 0;
+};
+
+/// Of the bitrates on that link, once the first twenty feedbacks have been followed.
+Range settled(BitrateControl& control, NarrowLink& link, LinkFeedback (NarrowLink::*carry)(int32_t), int feedbacks) {
+  int32_t kbit = kHighest;
+  Range range;
+  for (int index = -20; index < feedbacks; ++index) {
+    kbit = control.update((link.*carry)(kbit), kLowest, kHighest);
+    if (index < 0) continue;
+    range.least = std::min(range.least, kbit);
+    range.most = std::max(range.most, kbit);
+  }
+  return range;
+}
+
 TEST(BitrateControl, SettlesWithinWhatALinkCarriesAndComesBackWhenItWidens) {
   BitrateControl control;
   feed(control, 5, reported(0, 20));
   NarrowLink narrow(600);
-  int32_t kbit = kHighest;
-  for (int index = 0; index < 20; ++index) kbit = control.update(narrow.carry(kbit), kLowest, kHighest);
-  int32_t least = kHighest;
-  int32_t most = 0;
-  for (int index = 0; index < 100; ++index) {
-    kbit = control.update(narrow.carry(kbit), kLowest, kHighest);
-    least = std::min(least, kbit);
-    most = std::max(most, kbit);
-  }
-  EXPECT_GT(least, 300);
-  EXPECT_LT(most, 800);
+  const Range bitrates = settled(control, narrow, &NarrowLink::carry, 100);
+  EXPECT_GT(bitrates.least, 300);
+  EXPECT_LT(bitrates.most, 800);
   EXPECT_EQ(feed(control, 60, reported(0, 20)), kHighest);
 }
 
 TEST(BitrateControl, StaysBelowWhatALinkCarriesWherePacketsAreTold) {
   BitrateControl control;
   NarrowLink narrow(600);
-  int32_t kbit = kHighest;
-  for (int index = 0; index < 20; ++index) kbit = control.update(narrow.carryTold(kbit), kLowest, kHighest);
-  int32_t least = kHighest;
-  int32_t most = 0;
-  for (int index = 0; index < 200; ++index) {
-    kbit = control.update(narrow.carryTold(kbit), kLowest, kHighest);
-    least = std::min(least, kbit);
-    most = std::max(most, kbit);
-  }
-  EXPECT_GT(least, 450);
-  EXPECT_LT(most, 660);
+  const Range bitrates = settled(control, narrow, &NarrowLink::carryTold, 200);
+  EXPECT_GT(bitrates.least, 450);
+  EXPECT_LT(bitrates.most, 660);
   NarrowLink wide(5000);
+  int32_t kbit = bitrates.least;
   for (int index = 0; index < 100; ++index) kbit = control.update(wide.carryTold(kbit), kLowest, kHighest);
   EXPECT_EQ(kbit, kHighest);
 }
